@@ -1,0 +1,191 @@
+// XDR (RFC 4506): a cursor that encodes, decodes or frees, and the primitives that record routines call field by field.
+// A primitive returns false when the bytes end, a length cannot be, or a value is not allowed; the cursor then stops.
+#pragma once
+
+#include <bit>
+#include <cstddef>
+#include <cstdint>
+#include <cstring>
+#include <optional>
+#include <span>
+#include <string>
+#include <vector>
+
+class Xdr {
+public:
+    static Xdr encoder(std::vector<std::uint8_t>& sink) { return Xdr{Op::encode, &sink, {}}; }
+    static Xdr decoder(std::span<const std::uint8_t> source) { return Xdr{Op::decode, nullptr, source}; }
+    static Xdr freer() { return Xdr{Op::free, nullptr, {}}; }
+
+    bool encoding() const { return op_ == Op::encode; }
+    bool decoding() const { return op_ == Op::decode; }
+    bool freeing() const { return op_ == Op::free; }
+
+    /// Bytes not yet decoded.
+    std::size_t left() const { return source_.size(); }
+
+    /// Takes `count` bytes off the source, or null when fewer are left.
+    const std::uint8_t* take(std::size_t count) {
+        if (count > source_.size()) { return nullptr; }
+        const std::uint8_t* const bytes = source_.data();
+        source_ = source_.subspan(count);
+        return bytes;
+    }
+
+    void put(const void* bytes, std::size_t count) {
+        const auto* const first = static_cast<const std::uint8_t*>(bytes);
+        sink_->insert(sink_->end(), first, first + count);
+    }
+
+private:
+    enum class Op { encode, decode, free };
+    Xdr(Op op, std::vector<std::uint8_t>* sink, std::span<const std::uint8_t> source)
+        : op_(op), sink_(sink), source_(source) {}
+
+    Op op_;
+    std::vector<std::uint8_t>* sink_;
+    std::span<const std::uint8_t> source_;
+};
+
+/// A whole record's routine, as the RPC client takes it. It must not throw.
+using XdrRoutine = bool (*)(Xdr& xdr, void* record);
+
+inline bool xdr_u_int(Xdr& x, std::uint32_t& value) {
+    if (x.encoding()) {
+        const std::uint8_t bytes[4] = {static_cast<std::uint8_t>(value >> 24), static_cast<std::uint8_t>(value >> 16),
+                                       static_cast<std::uint8_t>(value >> 8), static_cast<std::uint8_t>(value)};
+        x.put(bytes, 4);
+        return true;
+    }
+    if (x.freeing()) { return true; }
+    const std::uint8_t* const b = x.take(4);
+    if (b == nullptr) { return false; }
+    value = std::uint32_t{b[0]} << 24 | std::uint32_t{b[1]} << 16 | std::uint32_t{b[2]} << 8 | std::uint32_t{b[3]};
+    return true;
+}
+
+inline bool xdr_int(Xdr& x, std::int32_t& value) {
+    auto bits = static_cast<std::uint32_t>(value);
+    const bool done = xdr_u_int(x, bits);
+    value = static_cast<std::int32_t>(bits);
+    return done;
+}
+
+inline bool xdr_enum(Xdr& x, std::int32_t& value) { return xdr_int(x, value); }
+
+/// One character, as a 4-byte integer.
+inline bool xdr_char(Xdr& x, char& value) {
+    auto wide = static_cast<std::int32_t>(value);
+    const bool done = xdr_int(x, wide);
+    value = static_cast<char>(wide);
+    return done;
+}
+
+inline bool xdr_u_quad_t(Xdr& x, std::uint64_t& value) {
+    auto high = static_cast<std::uint32_t>(value >> 32);
+    auto low = static_cast<std::uint32_t>(value);
+    if (!xdr_u_int(x, high) || !xdr_u_int(x, low)) { return false; }
+    value = std::uint64_t{high} << 32 | low;
+    return true;
+}
+
+inline bool xdr_quad_t(Xdr& x, std::int64_t& value) {
+    auto bits = static_cast<std::uint64_t>(value);
+    const bool done = xdr_u_quad_t(x, bits);
+    value = static_cast<std::int64_t>(bits);
+    return done;
+}
+
+inline bool xdr_double(Xdr& x, double& value) {
+    auto bits = std::bit_cast<std::uint64_t>(value);
+    const bool done = xdr_u_quad_t(x, bits);
+    value = std::bit_cast<double>(bits);
+    return done;
+}
+
+/// A length and that many bytes, padded with zeros to a multiple of 4; padding of any value is accepted.
+template <class Bytes>
+bool xdr_counted_bytes(Xdr& x, Bytes& value) {
+    if (x.freeing()) {
+        value = {};
+        return true;
+    }
+    if (x.encoding() && value.size() > 0xFFFFFFFFU) { return false; }
+    auto length = static_cast<std::uint32_t>(value.size());
+    if (!xdr_u_int(x, length)) { return false; }
+    const std::size_t padding = (4 - length % 4) % 4;
+    if (x.encoding()) {
+        static constexpr std::uint8_t kZeros[4] = {};
+        x.put(value.data(), length);
+        x.put(kZeros, padding);
+        return true;
+    }
+    if (std::uint64_t{length} + padding > x.left()) { return false; }
+    const std::uint8_t* const bytes = x.take(length);
+    value.assign(bytes, bytes + length);
+    return x.take(padding) != nullptr;
+}
+
+inline bool xdr_string(Xdr& x, std::string& value) { return xdr_counted_bytes(x, value); }
+inline bool xdr_bytes(Xdr& x, std::vector<std::uint8_t>& value) { return xdr_counted_bytes(x, value); }
+
+/// A text that may be absent in the record. Encoded it is the empty text; what was decoded is never absent.
+inline bool xdr_string(Xdr& x, std::optional<std::string>& value) {
+    if (x.freeing()) {
+        value.reset();
+        return true;
+    }
+    if (x.encoding() && !value) {
+        std::string empty;
+        return xdr_string(x, empty);
+    }
+    if (!value) { value.emplace(); }
+    return xdr_string(x, *value);
+}
+
+/// A count and that many elements. A count is never believed beyond what the bytes left could hold.
+template <class Element, class Routine>
+bool xdr_array(Xdr& x, std::vector<Element>& values, Routine element) {
+    if (x.freeing()) {
+        values = {};
+        return true;
+    }
+    if (x.encoding() && values.size() > 0xFFFFFFFFU) { return false; }
+    auto count = static_cast<std::uint32_t>(values.size());
+    if (!xdr_u_int(x, count)) { return false; }
+    if (x.decoding()) {
+        if (count > x.left() / 4) { return false; } // every element takes 4 bytes or more
+        values.clear();
+        values.resize(count);
+    }
+    for (Element& value : values) {
+        if (!element(x, value)) { return false; }
+    }
+    return true;
+}
+
+/// A fixed number of elements, no count.
+template <class Elements, class Routine>
+bool xdr_vector(Xdr& x, Elements& values, Routine element) {
+    for (auto& value : values) {
+        if (!element(x, value)) { return false; }
+    }
+    return true;
+}
+
+/// A flag, and the record when it is present.
+template <class Record, class Routine>
+bool xdr_pointer(Xdr& x, std::optional<Record>& value, Routine record) {
+    if (x.freeing()) {
+        value.reset();
+        return true;
+    }
+    std::uint32_t present = value ? 1U : 0U;
+    if (!xdr_u_int(x, present) || present > 1) { return false; }
+    if (present == 0) {
+        value.reset();
+        return true;
+    }
+    if (!value) { value.emplace(); }
+    return record(x, *value);
+}

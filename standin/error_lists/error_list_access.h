@@ -1,0 +1,26 @@
+// The error-handling library's own view of a list: entries with typed arguments, serialising, rendering.
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <variant>
+#include <vector>
+
+#include "platform/error_lists.h"
+
+struct KvErrorListEntry {
+    std::uint32_t code{};
+    std::uint32_t line{};
+    std::string operation{};
+    std::optional<std::string> signature{};                                          // none when there are no arguments
+    std::vector<std::variant<std::string, std::uint32_t, std::int32_t>> arguments{}; // %s, %u or %x, %d
+};
+
+struct KvErrorListAccess {
+    KVPLATFORM_API static std::vector<KvErrorListEntry> entries(const KvCErrorList& list);
+
+    /// The bytes that KvCErrorList::deSerialize reads: entry count, then per entry code, line, operation, signature
+    /// (empty when none) and the arguments in signature order; all in XDR.
+    KVPLATFORM_API static std::vector<std::uint8_t> serialize(const std::vector<KvErrorListEntry>& entries);
+};

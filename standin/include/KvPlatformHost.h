@@ -1,0 +1,114 @@
+/// @file
+/// What a host program needs of the platform besides the application manager: pools of messages, devices and
+/// access-restriction handles.
+///
+/// Every function may be called from any thread; calls that use the same pool must not overlap. Texts are UTF-8.
+/// A result of 0 is success; any other is a failure, told in the pool. A handle that names nothing (any more) is a
+/// failure, never a crash.
+#ifndef KV_PLATFORM_HOST_H
+#define KV_PLATFORM_HOST_H
+
+#include <cstdint>
+
+#include "KvExport.h"
+
+class KvCErrorListPool;
+
+extern "C" {
+
+/// Makes an empty pool of messages. The host gives it back with KvPlatform_deletePool.
+/// @return the pool, or null when there is no memory
+KVPLATFORM_API KvCErrorListPool* KvPlatform_createPool() noexcept;
+
+/// Deletes a pool and its entries.
+/// @param pool a pool of KvPlatform_createPool, or null (then nothing happens)
+KVPLATFORM_API void KvPlatform_deletePool(KvCErrorListPool* pool) noexcept;
+
+/// Adds a device. Nothing is sent to it.
+/// @param pool receives messages
+/// @param address "a.b.c.d:port"; two devices should not share an IPv4 address, since look-ups by address then find none
+/// @param cnSerialNumber the serial number of the device's CN, 0 when unknown
+/// @param device receives the device handle; valid until KvPlatform_removeDevice
+/// @return 0, or negative
+KVPLATFORM_API std::int32_t KvPlatform_addDevice(KvCErrorListPool& pool, const char* address,
+                                                 std::uint32_t cnSerialNumber, void** device) noexcept;
+
+/// Removes a device, closes its connections and deletes its clients and its access-restriction handles. The host sees
+/// to it that no call for the device is under way, and removes its devices before it unloads the application manager.
+/// @param pool receives messages
+/// @param device a handle of KvPlatform_addDevice
+/// @return 0, or negative
+KVPLATFORM_API std::int32_t KvPlatform_removeDevice(KvCErrorListPool& pool, void* device) noexcept;
+
+/// Makes an access-restriction handle, which carries an access ID of its own.
+/// @param pool receives messages
+/// @param device a handle of KvPlatform_addDevice
+/// @param handle receives the handle; valid until it or its device is deleted
+/// @return 0, or negative
+KVPLATFORM_API std::int32_t KvHIM_createAccessRestrictionHandle(KvCErrorListPool& pool, void* device,
+                                                                void** handle) noexcept;
+
+/// Deletes an access-restriction handle.
+/// @param pool receives messages
+/// @param handle a handle of KvHIM_createAccessRestrictionHandle
+/// @return 0, or negative
+KVPLATFORM_API std::int32_t KvHIM_deleteAccessRestrictionHandle(KvCErrorListPool& pool, void* handle) noexcept;
+
+/// Counts the messages of a pool.
+/// @param pool the pool
+/// @return the number of entries
+KVPLATFORM_API std::uint32_t KvPlatform_entryCount(const KvCErrorListPool& pool) noexcept;
+
+/// Reads an entry's message code.
+/// @param pool the pool
+/// @param index 0 to count - 1
+/// @return the code; 0 for an index outside
+KVPLATFORM_API std::uint32_t KvPlatform_entryCode(const KvCErrorListPool& pool, std::uint32_t index) noexcept;
+
+/// Reads the source line that reported an entry.
+/// @param pool the pool
+/// @param index 0 to count - 1
+/// @return the line; 0 for an index outside
+KVPLATFORM_API std::uint32_t KvPlatform_entryLine(const KvCErrorListPool& pool, std::uint32_t index) noexcept;
+
+/// Reads the name of the operation that reported an entry. Like every text of an entry it is valid until the pool is
+/// next changed or deleted.
+/// @param pool the pool
+/// @param index 0 to count - 1
+/// @return the name; null for an index outside
+KVPLATFORM_API const char* KvPlatform_entryOperation(const KvCErrorListPool& pool, std::uint32_t index) noexcept;
+
+/// Reads the signature of an entry's arguments.
+/// @param pool the pool
+/// @param index 0 to count - 1
+/// @return the signature; null when the entry has no arguments, and for an index outside
+KVPLATFORM_API const char* KvPlatform_entrySignature(const KvCErrorListPool& pool, std::uint32_t index) noexcept;
+
+/// Counts an entry's arguments.
+/// @param pool the pool
+/// @param index 0 to count - 1
+/// @return the number of arguments; 0 for an index outside
+KVPLATFORM_API std::uint32_t KvPlatform_entryArgumentCount(const KvCErrorListPool& pool, std::uint32_t index) noexcept;
+
+/// Reads an argument as text: %u and %d in decimal, %x in hexadecimal digits.
+/// @param pool the pool
+/// @param index 0 to count - 1
+/// @param argument 0 to argument count - 1
+/// @return the text; null for an index or argument outside
+KVPLATFORM_API const char* KvPlatform_entryArgument(const KvCErrorListPool& pool, std::uint32_t index,
+                                                    std::uint32_t argument) noexcept;
+
+/// Renders an entry's message from the registered table, with its arguments in place.
+/// @param pool the pool
+/// @param index 0 to count - 1
+/// @return the text; null for an index outside, and when there is no memory
+KVPLATFORM_API const char* KvPlatform_entryText(const KvCErrorListPool& pool, std::uint32_t index) noexcept;
+
+/// Adds an entry of the host's own, without arguments.
+/// @param pool the pool
+/// @param code the message code
+KVPLATFORM_API void KvPlatform_addEntry(KvCErrorListPool& pool, std::uint32_t code) noexcept;
+
+} // extern "C"
+
+#endif

@@ -1,0 +1,73 @@
+// The server half of ONC RPC over TCP (RFC 5531, record marking): accepts connections and hands each call to a service.
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <span>
+#include <string>
+#include <vector>
+
+namespace kvrpc {
+
+enum class AcceptStatus : std::uint32_t {
+    success = 0,
+    programUnavailable = 1,
+    programMismatch = 2,
+    procedureUnavailable = 3,
+    garbageArguments = 4,
+    systemError = 5,
+};
+
+struct RpcCall {
+    std::uint64_t connection; // names the connection for as long as the server lives
+    std::uint32_t program;
+    std::uint32_t version;
+    std::uint32_t procedure;
+    std::span<const std::uint8_t> arguments;
+};
+
+struct RpcReply {
+    AcceptStatus status = AcceptStatus::success;
+    std::vector<std::uint8_t> results; // sent with success only
+    std::uint32_t lowestVersion = 0;   // sent with programMismatch only
+    std::uint32_t highestVersion = 0;
+    bool closeConnection = false; // close instead of answering
+};
+
+class RpcService {
+public:
+    virtual ~RpcService() = default;
+
+    /// Called by the connection's thread, for one connection at a time in the order of its calls, for several
+    /// connections at once. What it throws becomes systemError.
+    virtual RpcReply handle(const RpcCall& call) = 0;
+
+    /// The connection is gone; no further call of it comes.
+    virtual void connectionClosed(std::uint64_t connection) noexcept = 0;
+};
+
+class RpcServer {
+public:
+    /// The service must outlive the server.
+    explicit RpcServer(RpcService& service);
+    ~RpcServer(); // stops
+    RpcServer(const RpcServer&) = delete;
+    RpcServer& operator=(const RpcServer&) = delete;
+
+    /// Listens on "a.b.c.d", port 0 = any. Throws std::system_error when it cannot. Result: "a.b.c.d:port".
+    std::string start(const std::string& host, std::uint16_t port);
+
+    /// Closes every connection, waits for the calls under way and stops listening. May be started again.
+    void stop() noexcept;
+
+    /// Closes every connection at once; keeps listening.
+    void dropConnections() noexcept;
+
+    std::uint64_t acceptedConnections() const noexcept;
+
+private:
+    struct State;
+    std::unique_ptr<State> state_;
+};
+
+} // namespace kvrpc
