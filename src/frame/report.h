@@ -66,7 +66,7 @@ public:
     const char* operation() const { return operation_; }
 
     template <class... Args>
-    void add(reporting::Reported<std::type_identity_t<Args>...> what, Args... args) const noexcept {
+    void add(reporting::Reported<std::type_identity_t<Args>...> what, const Args&... args) const noexcept {
         if constexpr (sizeof...(Args) == 0) {
             pool_.setError(codeOf(what.message), what.line, operation_, nullptr);
         } else {
@@ -77,16 +77,21 @@ public:
 
     /// Adds the message; the result is `status`, for the return statement.
     template <class... Args>
-    Status fail(reporting::Reported<std::type_identity_t<Args>...> what, Status status, Args... args) const noexcept {
+    Status fail(reporting::Reported<std::type_identity_t<Args>...> what, Status status,
+                const Args&... args) const noexcept {
         add<Args...>(what, args...);
         return status;
     }
 
-    /// A remote call that failed: the message names the operation that made it.
-    Status remoteCallFailed(std::uint32_t line = __builtin_LINE()) const noexcept;
+    /// Reports a remote call that failed; the message names the operation that made the call.
+    Status failRemoteCall(std::uint32_t line = __builtin_LINE()) const noexcept {
+        return fail({Msg::remoteCallFailed, line}, Status::remoteCall, operation_);
+    }
 
-    /// Adds a message without arguments that was chosen from a table.
-    void addChosen(Msg message, std::uint32_t line = __builtin_LINE()) const noexcept;
+    /// Adds a message without arguments that a table chose.
+    void addChosen(Msg message, std::uint32_t line = __builtin_LINE()) const noexcept {
+        pool_.setError(codeOf(message), line, operation_, nullptr);
+    }
 
 private:
     KvCErrorListPool& pool_;
