@@ -54,7 +54,10 @@ std::int32_t guarded(const Reporter& report, Work work) noexcept {
     const host_system::CancellationOff cancellationOff;
     try {
         return numberOf(work());
-    } catch (...) { return numberOf(report.fail(exhausted, status)); }
+    } catch (...) {
+        report.addChosen(exhausted);
+        return numberOf(status);
+    }
 }
 
 /// guarded and runFrame in one, for the functions that follow the common order.

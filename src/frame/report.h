@@ -85,7 +85,8 @@ public:
 
     /// Reports a remote call that failed; the message names the operation that made the call.
     Status failRemoteCall(std::uint32_t line = __builtin_LINE()) const noexcept {
-        return fail({Msg::remoteCallFailed, line}, Status::remoteCall, operation_);
+        pool_.setError(codeOf(Msg::remoteCallFailed), line, operation_, "%s", operation_);
+        return Status::remoteCall;
     }
 
     /// Adds a message without arguments that a table chose.
