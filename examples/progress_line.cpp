@@ -1,0 +1,82 @@
+#include "progress_line.h"
+
+#include <array>
+#include <cstddef>
+#include <cstdio>
+#include <string_view>
+
+#if defined(_WIN32)
+#include <io.h>
+#else
+#include <unistd.h>
+#endif
+
+namespace {
+
+constexpr std::size_t kLongestName = 40; // bytes, so that the line fits a terminal
+constexpr double kPlainStep = 0.1;       // of the whole task
+constexpr const char* kClearToEnd = "\033[K";
+
+bool standardOutputIsTerminal() {
+#if defined(_WIN32)
+    return _isatty(_fileno(stdout)) != 0;
+#else
+    return isatty(STDOUT_FILENO) == 1;
+#endif
+}
+
+bool continuesCharacter(char byte) { return (static_cast<unsigned char>(byte) & 0xc0) == 0x80; }
+
+std::string shortened(std::string_view name) {
+    if (name.size() <= kLongestName) return std::string(name);
+    std::size_t end = kLongestName;
+    while (end > 0 && continuesCharacter(name[end]))
+        --end;
+    return std::string(name.substr(0, end)) + "...";
+}
+
+std::string percent(double fraction) {
+    std::array<char, 16> text{};
+    std::snprintf(text.data(), text.size(), "%5.1f %%", fraction * 100.0);
+    return text.data();
+}
+
+} // namespace
+
+ProgressLine::ProgressLine() : terminal_(standardOutputIsTerminal()) {}
+
+ProgressLine::~ProgressLine() { endLine(); }
+
+void ProgressLine::show(const KvTApplManProgress& progress) {
+    const std::string_view file = progress.fileName;
+    if (file.empty()) return endLine();
+
+    const std::string heading = "  phase " + std::to_string(progress.phase) + " of " +
+                                std::to_string(progress.phaseCount) + " " + progress.phaseName + "  " + shortened(file);
+    if (heading != heading_) endLine();
+    heading_ = heading;
+    const std::string line = heading + "  " + percent(progress.fraction);
+    if (terminal_) redraw(line);
+    else printNowAndThen(line, progress.fraction);
+}
+
+void ProgressLine::endLine() {
+    if (terminal_ && !line_.empty()) std::puts("");
+    heading_.clear();
+    line_.clear();
+}
+
+void ProgressLine::redraw(const std::string& line) {
+    if (line == line_) return;
+    std::printf("\r%s%s", line.c_str(), kClearToEnd);
+    std::fflush(stdout);
+    line_ = line;
+}
+
+void ProgressLine::printNowAndThen(const std::string& line, double fraction) {
+    if (!line_.empty() && fraction < printedFraction_ + kPlainStep) return;
+    std::puts(line.c_str());
+    std::fflush(stdout);
+    line_ = line;
+    printedFraction_ = fraction;
+}
