@@ -15,6 +15,13 @@ inline constexpr std::uint32_t kDirectoryAttribute = 0x10;
 inline constexpr std::uint32_t kArchiveAttribute = 0x20;
 inline constexpr std::uint32_t kNoMoreFiles = 18; // the error code of an enumeration that reached its end
 
+/// What separates the names of a path as users write it.
+#if defined(_WIN32)
+inline constexpr std::string_view kPathSeparators = "\\";
+#else
+inline constexpr std::string_view kPathSeparators = "\\/";
+#endif
+
 /// The absolute form of a path, without "." and "..". None for an empty path or one that cannot be resolved.
 std::optional<std::u16string> fullPath(const std::u16string& path);
 
