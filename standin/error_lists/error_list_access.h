@@ -1,4 +1,4 @@
-// The error-handling library's own view of a list: entries with typed arguments, serialising, rendering.
+// The error-handling library's own view of a list: entries with typed arguments, serialising.
 #pragma once
 
 #include <cstdint>
@@ -23,4 +23,7 @@ struct KvErrorListAccess {
     /// The bytes that KvCErrorList::deSerialize reads: entry count, then per entry code, line, operation, signature
     /// (empty when none) and the arguments in signature order; all in XDR.
     KVPLATFORM_API static std::vector<std::uint8_t> serialize(const std::vector<KvErrorListEntry>& entries);
+
+    /// What a list consists of (error_list_state.h), for this library only. Null when there was no memory for it.
+    static KvCErrorList::State* state(const KvCErrorList& list) noexcept { return list.state_; }
 };

@@ -1,0 +1,60 @@
+// The devices of this process with their RPC clients, the access-restriction handles and the device filters.
+#pragma once
+
+#include <cstdint>
+#include <map>
+#include <memory>
+#include <mutex>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "host_interface/handles.h"
+#include "platform/rpc_client.h"
+#include "rtos/ipv4_endpoint.h"
+
+namespace host_interface {
+
+struct Device {
+    std::string address{}; // as the host gave it
+    Ipv4Endpoint endpoint{};
+    std::uint32_t cnSerialNumber{};
+    std::map<std::uint32_t, KvCRpcClient*> clients{}; // by client identifier
+
+    /// Also those that another took the place of, since somebody may still be using them.
+    std::vector<std::unique_ptr<KvCRpcClient>> ownedClients{};
+};
+
+struct AccessHandle {
+    void* device{};
+    std::uint32_t accessId{};
+    std::map<std::uint32_t, std::uint32_t> levels{}; // last granted, by application process
+};
+
+struct Filter {
+    std::optional<std::uint32_t> address{}; // in memory in network order
+    bool applied = false;                   // since its last change
+};
+
+struct Registry {
+    std::mutex mutex{}; // guards all that follows; never held while calling out
+    HandleTable<Device> devices{};
+    HandleTable<AccessHandle> accessHandles{};
+    HandleTable<Filter> filters{};
+    std::uint32_t lastAccessId = 0;
+    std::optional<std::uint32_t> refusedLevel{};
+};
+
+/// The one registry. It is never destroyed: the clients of devices that a host has not removed may belong to a library
+/// that is unloaded before.
+Registry& registry() noexcept;
+
+/// Takes a device and its access-restriction handles out of the registry. What it returns deletes the clients, and is
+/// to be dropped when the registry is not locked. None when there is no such device.
+HandleTable<Device>::node_type extractDevice(Registry& all, void* device) noexcept;
+
+/// Makes `client` the device's client under `clientId`, and the device its owner. On failure, which is std::bad_alloc,
+/// the caller keeps the client.
+void registerClient(Device& device, std::uint32_t clientId, KvCRpcClient* client);
+
+} // namespace host_interface

@@ -1,0 +1,38 @@
+// A host's devices.
+#include "KvPlatformHost.h"
+
+#include "host_interface/devices.h"
+#include "host_interface/failure.h"
+
+using namespace host_interface;
+using namespace platform_messages;
+
+std::int32_t KvPlatform_addDevice(KvCErrorListPool& pool, const char* address, std::uint32_t cnSerialNumber,
+                                  void** device) noexcept {
+    constexpr const char* kOperation = "KvPlatform_addDevice";
+    try {
+        if (address == nullptr || device == nullptr) { return fail(pool, kOperation, kInvalidArgument); }
+        *device = nullptr;
+        const auto endpoint = parseIpv4Endpoint(address);
+        if (!endpoint) {
+            pool.setError(kAddressMalformed, __LINE__, kOperation, "%s", address);
+            return kFailed;
+        }
+        Registry& all = registry();
+        const std::lock_guard lock{all.mutex};
+        void* const made = newHandle();
+        all.devices.emplace(made, Device{address, *endpoint, cnSerialNumber, {}, {}});
+        *device = made;
+        return 0;
+    } catch (...) { return outOfMemory(pool, kOperation, "device"); }
+}
+
+std::int32_t KvPlatform_removeDevice(KvCErrorListPool& pool, void* device) noexcept {
+    HandleTable<Device>::node_type removed; // its clients are deleted when the registry is no longer locked
+    {
+        Registry& all = registry();
+        const std::lock_guard lock{all.mutex};
+        removed = extractDevice(all, device);
+    }
+    return removed ? 0 : fail(pool, "KvPlatform_removeDevice", kDeviceUnknown);
+}
