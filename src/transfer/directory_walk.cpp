@@ -1,0 +1,21 @@
+#include "transfer/directory_walk.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace applman {
+
+bool DirectoryWalk::passed(const host_system::DirectoryIdentity& identity) const {
+    return std::any_of(way_.begin(), way_.end(), [&](const Level& level) { return level.identity == identity; });
+}
+
+bool DirectoryWalk::enter(std::u16string directory) {
+    const auto identity = host_system::directoryIdentity(directory);
+    if (identity && passed(*identity)) { return false; }
+    host_system::DirectoryEnumeration entries{directory};
+    if (!entries.opened()) { return false; }
+    way_.push_back({std::move(directory), identity, std::move(entries)});
+    return true;
+}
+
+} // namespace applman
