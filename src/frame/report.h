@@ -26,7 +26,7 @@ void argument(T) = delete; // nothing wider slips through
 
 template <class T>
 constexpr char kindOf() {
-    using Argument = decltype(argument(std::declval<T>()));
+    using Argument = decltype(argument(std::declval<const T&>()));
     return std::is_same_v<Argument, const char*> ? 's' : std::is_same_v<Argument, std::uint32_t> ? 'u' : 'd';
 }
 
