@@ -43,14 +43,13 @@ Status refuseOptions(const Reporter& report, std::uint8_t loadOptions) {
     return report.fail(Msg::loadOptionsNotSupported, Status::transfer, std::uint32_t{loadOptions});
 }
 
-Status putFile(const Reporter& report, void* client, const std::u16string& hostPath, const std::string& targetDirectory,
-               const std::string& targetFileName, TApplManProgressTracker* tracker) {
-    const std::int64_t sent =
-        KvHIM_putFileU(report.pool(), nullptr, client, hostPath.c_str(), targetDirectory.c_str(),
-                       targetFileName.c_str(), tracker == nullptr ? nullptr : onTransferProgress, tracker);
+Status putFile(const Reporter& report, void* client, const std::u16string& hostPath, const char* targetDirectory,
+               const char* targetName, TApplManProgressTracker* tracker) {
+    const std::int64_t sent = KvHIM_putFileU(report.pool(), nullptr, client, hostPath.c_str(), targetDirectory,
+                                             targetName, tracker == nullptr ? nullptr : onTransferProgress, tracker);
     if (sent >= 0) { return Status::ok; }
     return report.fail(Msg::fileTransferFailed, Status::transfer, "transfer", wideToMessageText(hostPath.c_str()),
-                       targetDirectory, targetFileName);
+                       targetDirectory, targetName);
 }
 
 Status checkPaths(const Reporter& report, const char16_t* hostDirectory, const char* targetDirectory) {
@@ -93,8 +92,8 @@ private:
     }
 
     Status sendFile(const host_system::DirectoryEntry& entry) {
-        return copyBinaryToTarget(report_.pool(), device_, client_, normalizeHostPath(walk_.pathOf(entry)),
-                                  targets_.back(), wideToUtf8(entry.name.c_str()), 0, tracker_);
+        return copyBinaryToTarget(report_.pool(), device_, client_, normalizeHostPath(walk_.pathOf(entry).c_str()),
+                                  targets_.back().c_str(), wideToUtf8(entry.name.c_str()).c_str(), 0, tracker_);
     }
 
     Status sendDirectory(const host_system::DirectoryEntry& entry) {
@@ -105,7 +104,7 @@ private:
             return report_.fail(Msg::targetDirectoryNotCreated, Status::transfer, base,
                                 wideToMessageText(entry.name.c_str()), made);
         }
-        const std::u16string child = normalizeHostPath(walk_.pathOf(entry));
+        const std::u16string child = normalizeHostPath(walk_.pathOf(entry).c_str());
         const Status status = checkPaths(report_, child.c_str(), base.c_str());
         return status == Status::ok ? enter(child, base + '/' + name) : status;
     }
@@ -131,18 +130,18 @@ private:
 } // namespace
 
 Status copyBinaryToTarget(KvCErrorListPool& pool, void* device, void* client, const std::u16string& hostPath,
-                          const std::string& targetDirectory, const std::string& targetFileName,
-                          std::uint8_t loadOptions, TApplManProgressTracker* tracker) {
+                          const char* targetDirectory, const char* targetName, std::uint8_t loadOptions,
+                          TApplManProgressTracker* tracker) {
     const Reporter report{pool, "copyBinaryToTarget"};
     const std::uint64_t size = getFileSize(hostPath);
     const std::string path = wideToUtf8(hostPath.c_str());
-    updateProgress(tracker, path.c_str(), 0);
+    updateProgress(tracker, path.c_str(), 0, nullptr, 0, 0);
     if (loadOptions != 0) { return refuseOptions(report, loadOptions); }
     TransferClient channel{pool, client};
     if (const Status made = channel.makeUnlessGiven(device); made != Status::ok) { return made; }
-    const Status sent = putFile(report, channel.get(), hostPath, targetDirectory, targetFileName, tracker);
+    const Status sent = putFile(report, channel.get(), hostPath, targetDirectory, targetName, tracker);
     const Status status = firstFailure(sent, channel.deleteOwn());
-    updateProgress(tracker, path.c_str(), size);
+    updateProgress(tracker, path.c_str(), size, nullptr, 0, 0);
     return status;
 }
 

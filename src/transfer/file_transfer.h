@@ -11,11 +11,14 @@
 namespace applman {
 
 /// Sends one host file as `targetName` into `targetDirectory`. `client` may be null: then one is made and deleted.
+/// With a tracker the file counts as done also when its transfer failed. Load options other than 0 are refused.
 Status copyBinaryToTarget(KvCErrorListPool& pool, void* device, void* client, const std::u16string& hostPath,
                           const char* targetDirectory, const char* targetName, std::uint8_t loadOptions,
                           TApplManProgressTracker* tracker);
 
 /// Sends a host directory tree below `targetDirectory`; stops at the first failure. `client` may be null, as above.
+/// Links are followed; a directory to which one leads back cannot be enumerated. What is no file and no directory, and a
+/// link that leads nowhere, fails as a transfer.
 Status copyDirToTarget(KvCErrorListPool& pool, void* device, void* client, const char16_t* hostDirectory,
                        const char* targetDirectory, std::uint8_t loadOptions, TApplManProgressTracker* tracker);
 

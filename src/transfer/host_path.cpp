@@ -12,20 +12,21 @@ namespace {
 constexpr std::size_t kLongPathLength = 260;
 constexpr std::u16string_view kLongPathPrefix = u"\\\\?\\";
 constexpr std::u16string_view kNetworkStart = u"\\\\";
+constexpr std::size_t kAnnouncedNameLimit = 258; // bytes
 
-std::string cutToLimit(std::string text) {
-    if (text.size() <= kAnnouncedNameLimit) { return text; }
+std::string cutToLimit(std::string_view text) {
+    if (text.size() <= kAnnouncedNameLimit) { return std::string{text}; }
     std::size_t length = kAnnouncedNameLimit;
     while (length > 0 && (static_cast<unsigned char>(text[length]) & 0xC0) == 0x80) {
         --length; // the next byte continues a character
     }
-    text.resize(length);
-    return text;
+    return std::string{text.substr(0, length)};
 }
 
 } // namespace
 
-std::u16string normalizeHostPath(const std::u16string& path) {
+std::u16string normalizeHostPath(const char16_t* path) {
+    if (path == nullptr) { return {}; }
     const std::u16string full = host_system::fullPath(path).value_or(u"");
     if (full.size() < kLongPathLength || full.starts_with(kLongPathPrefix)) { return full; }
     const std::u16string prefix{kLongPathPrefix};
@@ -60,19 +61,19 @@ std::uint64_t getDirectorySize(const std::u16string& directory) {
     return sum;
 }
 
-std::string extractFileName(const std::string& path) {
+std::string extractFileName(std::string_view path) {
     return cutToLimit(path.substr(path.rfind('\\') + 1)); // npos + 1 is the start
 }
 
-std::string extractDirectory(const std::string& path) {
+std::string extractDirectory(std::string_view path) {
     const std::size_t last = path.rfind('\\');
-    if (last == std::string::npos) { return {}; }
+    if (last == path.npos) { return {}; }
     const bool driveRoot = last > 0 && path[last - 1] == ':';
     return cutToLimit(path.substr(0, driveRoot ? last + 1 : last));
 }
 
-std::int64_t getFileModificationTime(const std::string& path) {
-    return host_system::fileStatus(host_system::utf16FromUtf8(path)).value_or(host_system::FileStatus{}).modified;
+std::int64_t getFileModificationTime(const std::string& pathUtf8) {
+    return host_system::fileStatus(host_system::utf16FromUtf8(pathUtf8)).value_or(host_system::FileStatus{}).modified;
 }
 
 std::string formatLocalTime(std::int64_t time) {

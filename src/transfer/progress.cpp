@@ -33,10 +33,10 @@ double fractionOf(std::uint64_t done, std::uint64_t total) {
 
 } // namespace
 
-void updateProgress(TApplManProgressTracker* tracker, const char* path, std::uint64_t increment, const char* phaseName,
-                    std::uint32_t phase, std::uint32_t phaseCount) {
+void updateProgress(TApplManProgressTracker* tracker, const char* pathUtf8, std::uint64_t increment,
+                    const char* phaseName, std::uint32_t phase, std::uint32_t phaseCount) {
     if (!reporting(tracker)) { return; }
-    tracker->fileName = path == nullptr ? std::string_view{} : baseName(path);
+    tracker->fileName = pathUtf8 == nullptr ? std::string_view{} : baseName(pathUtf8);
     tracker->doneUnits = saturatingSum(tracker->doneUnits, increment);
     if (phaseName != nullptr) { tracker->phaseName = phaseName; }
     if (phase != 0) { tracker->phase = phase; }
@@ -58,8 +58,8 @@ void reportProgress(TApplManProgressTracker* tracker, std::uint64_t extraUnits) 
     } catch (...) { tracker->callback = nullptr; }
 }
 
-void onTransferProgress(std::uint64_t bytes, void* context) noexcept {
-    reportProgress(static_cast<TApplManProgressTracker*>(context), bytes);
+void onTransferProgress(std::uint64_t bytes, void* tracker) noexcept {
+    reportProgress(static_cast<TApplManProgressTracker*>(tracker), bytes);
 }
 
 } // namespace applman
