@@ -7,16 +7,9 @@
 #include <string>
 #include <vector>
 
-namespace kvrpc {
+#include "rpc_wire/rpc_message.h"
 
-enum class AcceptStatus : std::uint32_t {
-    success = 0,
-    programUnavailable = 1,
-    programMismatch = 2,
-    procedureUnavailable = 3,
-    garbageArguments = 4,
-    systemError = 5,
-};
+namespace kvrpc {
 
 struct RpcCall {
     std::uint64_t connection; // names the connection for as long as the server lives
@@ -57,7 +50,8 @@ public:
     /// Listens on "a.b.c.d", port 0 = any. Throws std::system_error when it cannot. Result: "a.b.c.d:port".
     std::string start(const std::string& host, std::uint16_t port);
 
-    /// Closes every connection, waits for the calls under way and stops listening. May be started again.
+    /// Closes every connection, waits for the calls under way and stops listening. May be started again. Not to be
+    /// called by the service.
     void stop() noexcept;
 
     /// Closes every connection at once; keeps listening.
