@@ -22,7 +22,8 @@ std::int32_t lockMutex(void* mutex, std::int32_t timeout) noexcept try {
         timed.lock();
         return 0;
     }
-    return timed.try_lock_for(std::chrono::milliseconds{timeout}) ? 0 : -1;
+    const bool locked = timed.try_lock() || (timeout > 0 && timed.try_lock_for(std::chrono::milliseconds{timeout}));
+    return locked ? 0 : -1;
 } catch (...) { return -1; }
 
 std::int32_t unlockMutex(void* mutex) noexcept {

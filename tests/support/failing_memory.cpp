@@ -21,15 +21,24 @@ FailingMemory::~FailingMemory() { limited = false; }
 
 bool FailingMemory::hasFailed() const noexcept { return failed; }
 
-void* operator new(std::size_t size) {
+void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
     if (limited && left == 0) {
         failed = true;
-        throw std::bad_alloc{};
+        return nullptr;
     }
     if (limited) { --left; }
-    if (void* const memory = std::malloc(size == 0 ? 1 : size)) { return memory; }
+    return std::malloc(size == 0 ? 1 : size);
+}
+void* operator new(std::size_t size) {
+    if (void* const memory = operator new(size, std::nothrow)) { return memory; }
     throw std::bad_alloc{};
 }
+void* operator new[](std::size_t size, const std::nothrow_t&) noexcept { return operator new(size, std::nothrow); }
+void* operator new[](std::size_t size) { return operator new(size); }
 
 void operator delete(void* memory) noexcept { std::free(memory); }
 void operator delete(void* memory, std::size_t) noexcept { std::free(memory); }
+void operator delete(void* memory, const std::nothrow_t&) noexcept { std::free(memory); }
+void operator delete[](void* memory) noexcept { std::free(memory); }
+void operator delete[](void* memory, std::size_t) noexcept { std::free(memory); }
+void operator delete[](void* memory, const std::nothrow_t&) noexcept { std::free(memory); }
