@@ -1,0 +1,154 @@
+// The wire form of the records, byte by byte, and what decoding does with bytes that are no record.
+#include "protocol/records.h"
+
+#include <string>
+
+#include <gtest/gtest.h>
+
+#include "support/wire.h"
+
+using namespace applman;
+
+namespace {
+
+std::string hex(const std::vector<std::uint8_t>& bytes) {
+    static constexpr char kDigits[] = "0123456789abcdef";
+    std::string text;
+    for (std::size_t i = 0; i < bytes.size(); ++i) {
+        if (i > 0 && i % 4 == 0) { text += ' '; }
+        text += kDigits[bytes[i] >> 4];
+        text += kDigits[bytes[i] & 15];
+    }
+    return text;
+}
+
+template <class Record>
+std::string wireOf(const Record& record) {
+    return hex(wire::bytesOf(record));
+}
+
+std::string words(std::size_t count) {
+    std::string text;
+    for (std::size_t i = 0; i < count; ++i) {
+        text += " 00000000";
+    }
+    return text;
+}
+
+} // namespace
+
+TEST(Records, RequestsHaveTheirFieldsInWireOrder) {
+    EXPECT_EQ(wireOf(TApplManRequest{1, 16, 3}), "00000001 00000010 00000003");
+    EXPECT_EQ(wireOf(TApplManPairRequest{16, 3}), "00000010 00000003");
+    EXPECT_EQ(wireOf(TApplManOpenGroupRequest{16}), "00000010");
+    EXPECT_EQ(wireOf(TApplManGetParamRequest{1, 2, 3, 4}), "00000001 00000002 00000003 00000004");
+    EXPECT_EQ(wireOf(TApplManSetParamRequest{1, 2, 3, 4, Text{"abc"}}),
+              "00000001 00000002 00000003 00000004 00000002 00000003 61626300");
+    EXPECT_EQ(wireOf(TApplManSetFlashParamRequest{2, 3, 64, std::vector<std::int64_t>{-2}}),
+              "00000002 00000003 00000040 00000007 00000001 ffffffff fffffffe");
+    EXPECT_EQ(wireOf(TApplManRemoveFileRequest{1, 2, 3, 4, "f"}),
+              "00000001 00000002 00000003 00000004 00000001 66000000");
+    EXPECT_EQ(wireOf(TApplManAddFileRequest{1, 2, 3, 4, "a", "b", "", 5}),
+              "00000001 00000002 00000003 00000004 00000001 61000000 00000001 62000000 00000000 00000005");
+    EXPECT_EQ(wireOf(TApplManAddFileRequest2{9, TApplManAddFileRecord{1, 2, "a", "b", "c", 3, "d", {}, ""}}),
+              "00000009 00000001 00000001 00000002 00000001 61000000 00000001 62000000 00000001 63000000 00000003 "
+              "00000001 64000000" +
+                  words(8) + " 00000000");
+    EXPECT_EQ(wireOf(TApplManAddFileRequest2{9, {}}), "00000009 00000000");
+    EXPECT_EQ(wireOf(TApplManRegisterRequest{9, 2, {{0, 5, 6, 3, 0}, {}, {}}}),
+              "00000009 00000002 00000000 00000005 00000006 00000003 00000000" + words(7) + " 00000000");
+    EXPECT_EQ(wireOf(TApplManFlashRequest{9, {1, 0x1122334455667788, {}, {}}}),
+              "00000009 00000001 11223344 55667788" + words(16) + " 00000000");
+    EXPECT_EQ(wire::bytesOf(TApplManFlashCommand{}).size(), 80U);
+    EXPECT_EQ(wireOf(TApplManFlashCommand{0, 0, {}, {'A', '\xff'}}).substr(19 * 9), "00000002 00000041 ffffffff");
+}
+
+TEST(Records, RepliesHaveTheirFieldsInWireOrder) {
+    EXPECT_EQ(wireOf(TApplManResult{-1, {0xaa}}), "ffffffff 00000001 aa000000");
+    EXPECT_EQ(wireOf(TApplManRegisterResult{0, 7, "a", "b", {}}),
+              "00000000 00000007 00000001 61000000 00000001 62000000 00000000");
+    EXPECT_EQ(wireOf(TApplManFileListResult{1, 2, {{"a", "b", "c", 9}}, {}}),
+              "00000001 00000002 00000001 00000001 61000000 00000001 62000000 00000001 63000000 00000009 00000000");
+    EXPECT_EQ(wireOf(TApplManAddFileResult{1, "p", {0xaa}, "n"}),
+              "00000001 00000001 70000000 00000001 aa000000 00000001 6e000000");
+    EXPECT_EQ(wireOf(TApplManGroupResult{1, 2, {}, 3, 4}), "00000001 00000002 00000000 00000003 00000004");
+    EXPECT_EQ(wireOf(TApplManCoreIdResult{1, 2, {}, {3, 4}}), "00000001 00000002 00000000 00000002 00000003 00000004");
+    EXPECT_EQ(wireOf(TApplManFlashListResult{1, 2, {}, {3}, {}, {4}}),
+              "00000001 00000002 00000000 00000001 00000003" + words(16) + " 00000001 00000004");
+}
+
+TEST(Records, EveryKindOfValueTravelsAsItIs) {
+    struct Row {
+        TApplManValue value;
+        const char* wire;
+    };
+    const Row rows[] = {
+        {std::uint32_t{0xfffffffe}, "00000000 fffffffe"},
+        {1.0, "00000001 3ff00000 00000000"},
+        {Text{"abcd"}, "00000002 00000004 61626364"},
+        {std::vector<std::uint32_t>{1, 2}, "00000003 00000002 00000001 00000002"},
+        {std::int64_t{-1}, "00000004 ffffffff ffffffff"},
+        {std::vector<Text>{"a", ""}, "00000005 00000002 00000001 61000000 00000000"},
+        {std::vector<std::uint8_t>{1, 2, 3, 4, 5}, "00000006 00000005 01020304 05000000"},
+        {std::vector<std::int64_t>{1}, "00000007 00000001 00000000 00000001"},
+    };
+    for (const Row& row : rows) {
+        EXPECT_EQ(wireOf(row.value), row.wire);
+        EXPECT_EQ(wire::recordOf<TApplManValue>(wire::bytesOf(row.value)), row.value) << row.wire;
+    }
+}
+
+TEST(Records, TextsThatAreAbsentAreSentEmptyAndNeverArriveAbsent) {
+    const auto bytes = wire::bytesOf(TApplManAddFileResult{});
+    const auto received = wire::recordOf<TApplManAddFileResult>(bytes);
+    EXPECT_EQ(received.targetPath, Text{""});
+    EXPECT_EQ(TApplManAddFileResult{}.targetPath, std::nullopt);
+}
+
+TEST(Records, WhatIsCutOffLiesOrHasNoKindIsNotDecoded) {
+    const std::vector<std::uint8_t> whole = wire::bytesOf(TApplManFlashListResult{1, 2, {1, 2, 3}, {3}, {}, {4}});
+    for (std::size_t length = 0; length < whole.size(); ++length) {
+        TApplManFlashListResult record;
+        Xdr decoder = Xdr::decoder(std::span{whole}.first(length));
+        EXPECT_FALSE(xdr_record(decoder, record)) << length;
+    }
+    const std::vector<std::uint8_t> hostile[] = {
+        {0, 0, 0, 8, 0, 0, 0, 0},                         // a tag that no value has
+        {0xff, 0xff, 0xff, 0xff, 0, 0, 0, 0},             // likewise, negative
+        {0, 0, 0, 2, 0xff, 0xff, 0xff, 0xff, 1, 2, 3, 4}, // a text longer than there are bytes
+        {0, 0, 0, 2, 0xff, 0xff, 0xff, 0xfd, 1, 2, 3, 4}, // likewise, with padding that would wrap around
+        {0, 0, 0, 3, 0x40, 0, 0, 1, 0, 0, 0, 1},          // a count whose bytes would wrap around
+        {0, 0, 0, 7, 0x20, 0, 0, 1, 0, 0, 0, 1},
+        {0, 0, 0, 5, 0xff, 0xff, 0xff, 0xff, 0, 0, 0, 0},
+    };
+    for (const auto& bytes : hostile) {
+        TApplManValue value;
+        Xdr decoder = Xdr::decoder(bytes);
+        EXPECT_FALSE(xdr_record(decoder, value)) << hex(bytes);
+    }
+    const std::vector<std::uint8_t> oddFlag{0, 0, 0, 1, 0, 0, 0, 2};
+    TApplManAddFileRequest2 request;
+    Xdr decoder = Xdr::decoder(oddFlag);
+    EXPECT_FALSE(xdr_record(decoder, request)) << "a pointer is there or it is not";
+}
+
+TEST(Records, PaddingOfAnyValueAndBytesBehindTheRecordAreAccepted) {
+    const std::vector<std::uint8_t> bytes{0, 0, 0, 2, 0, 0, 0, 1, 'a', 0xff, 0xfe, 0xfd, 9, 9};
+    TApplManValue value;
+    Xdr decoder = Xdr::decoder(bytes);
+    ASSERT_TRUE(xdr_record(decoder, value));
+    EXPECT_EQ(value, TApplManValue{Text{"a"}});
+    EXPECT_EQ(decoder.left(), 2U);
+}
+
+TEST(Records, FreeingGivesEverythingBack) {
+    TApplManFileListResult record{1, 2, {{"a", "b", "c", 9}}, {1, 2, 3}};
+    Xdr freer = Xdr::freer();
+    ASSERT_TRUE(xdr_record(freer, record));
+    EXPECT_TRUE(record.files.empty());
+    EXPECT_EQ(record.files.capacity(), 0U);
+    EXPECT_EQ(record.errorList.capacity(), 0U);
+    TApplManValueResult value{0, std::vector<Text>{"a"}, {}};
+    ASSERT_TRUE(xdr_record(freer, value));
+    EXPECT_EQ(value.value, TApplManValue{});
+}

@@ -1,0 +1,124 @@
+// A device behind which a simulated target runs in this process, with everything that a call needs.
+#pragma once
+
+#include <filesystem>
+#include <string>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "platform/host_interface.h"
+#include "support/pool.h"
+#include "support/recorded_clock.h"
+#include "support/wire.h"
+#include "target/simulated_target.h"
+
+/// The messages of a pool, each as `operation 0xcode(arguments)`. Those of the platform's own are left out: what they say
+/// is the business of the platform's tests.
+inline std::vector<std::string> messages(const Pool& pool) {
+    constexpr std::uint32_t kPlatformCodes = 0x12600000;
+    const KvCErrorListPool& list = pool;
+    std::vector<std::string> all;
+    for (std::uint32_t i = 0; i < KvPlatform_entryCount(list); ++i) {
+        const std::uint32_t code = KvPlatform_entryCode(list, i);
+        if ((code & 0xFFF00000U) == kPlatformCodes) { continue; }
+        char number[16];
+        std::snprintf(number, sizeof number, code == 1024 ? "%u" : "0x%x", code);
+        std::string text = std::string(KvPlatform_entryOperation(list, i)) + " " + number;
+        for (std::uint32_t k = 0; k < KvPlatform_entryArgumentCount(list, i); ++k) {
+            text += (k == 0 ? "(" : ",") + std::string(KvPlatform_entryArgument(list, i, k));
+        }
+        all.push_back(text + (KvPlatform_entryArgumentCount(list, i) > 0 ? ")" : ""));
+    }
+    return all;
+}
+
+using Messages = std::vector<std::string>;
+
+/// A folder of its own that goes with its scope.
+class TemporaryFolder {
+public:
+    TemporaryFolder() {
+        std::string name = (std::filesystem::temp_directory_path() / "kvtest-XXXXXX").string();
+        static int count = 0;
+        path_ = name + std::to_string(reinterpret_cast<std::uintptr_t>(this)) + "-" + std::to_string(++count);
+        std::filesystem::create_directories(path_);
+    }
+    ~TemporaryFolder() {
+        std::error_code ignored;
+        std::filesystem::remove_all(path_, ignored);
+    }
+    TemporaryFolder(const TemporaryFolder&) = delete;
+    TemporaryFolder& operator=(const TemporaryFolder&) = delete;
+
+    const std::filesystem::path& path() const { return path_; }
+
+private:
+    std::filesystem::path path_;
+};
+
+/// A target, its device and an access-restriction handle of it.
+class TargetDevice {
+public:
+    explicit TargetDevice(simulated_target::Options options = {}) : target(withStore(std::move(options))) {
+        address = target.start();
+        EXPECT_EQ(KvPlatform_addDevice(pool_, address.c_str(), serialNumber_, &device), 0);
+        EXPECT_EQ(KvHIM_createAccessRestrictionHandle(pool_, device, &access), 0);
+        std::uint64_t size = sizeof accessId;
+        EXPECT_EQ(KvHIM_getParam(pool_, access, 12, 0, &size, &accessId), 0);
+    }
+    ~TargetDevice() { EXPECT_EQ(KvPlatform_removeDevice(pool_, device), 0); }
+    TargetDevice(const TargetDevice&) = delete;
+    TargetDevice& operator=(const TargetDevice&) = delete;
+
+    const std::filesystem::path& store() const { return folder_.path(); }
+
+private:
+    simulated_target::Options withStore(simulated_target::Options options) {
+        serialNumber_ = options.cnSerialNumber;
+        options.store = folder_.path();
+        return options;
+    }
+
+    Pool pool_;
+    TemporaryFolder folder_;
+    std::uint32_t serialNumber_ = 0;
+
+public:
+    simulated_target::SimulatedTarget target;
+    std::string address;
+    void* device = nullptr;
+    void* access = nullptr;
+    std::uint32_t accessId = 0;
+};
+
+/// A test with one target and a clock that records naps.
+class OneTarget : public ::testing::Test {
+protected:
+    explicit OneTarget(simulated_target::Options options = {}) : t(atOnce(std::move(options))) {
+        recorded_clock::restart();
+    }
+
+    /// Naps take no time here, so commands must not take any either.
+    static simulated_target::Options atOnce(simulated_target::Options options) {
+        options.commandDelay = std::chrono::milliseconds{0};
+        return options;
+    }
+
+    /// The procedures that were asked for, in order.
+    std::vector<std::uint32_t> procedures() const {
+        std::vector<std::uint32_t> all;
+        for (const auto& request : t.target.requests()) {
+            all.push_back(request.procedure);
+        }
+        return all;
+    }
+
+    template <class Record>
+    Record request(std::size_t index) const {
+        return wire::recordOf<Record>(t.target.requests().at(index).arguments);
+    }
+
+    TargetDevice t;
+    Pool pool;
+};

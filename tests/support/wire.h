@@ -1,0 +1,75 @@
+// Records to bytes and back, and replies for scripted targets.
+#pragma once
+
+#include <cstdint>
+#include <initializer_list>
+#include <stdexcept>
+#include <vector>
+
+#include "error_lists/error_list_access.h"
+#include "protocol/records.h"
+#include "target/simulated_target.h"
+
+namespace wire {
+
+using applman::xdr_record;
+
+template <class Record>
+std::vector<std::uint8_t> bytesOf(Record record) {
+    std::vector<std::uint8_t> bytes;
+    Xdr encoder = Xdr::encoder(bytes);
+    if (!xdr_record(encoder, record)) { throw std::logic_error("a record that cannot be encoded"); }
+    return bytes;
+}
+
+template <class Record>
+Record recordOf(const std::vector<std::uint8_t>& bytes) {
+    Record record;
+    Xdr decoder = Xdr::decoder(bytes);
+    if (!xdr_record(decoder, record) || decoder.left() != 0) { throw std::logic_error("bytes of another record"); }
+    return record;
+}
+
+/// A serialised error list with these codes, reported by "target".
+inline applman::ErrorListBytes errorList(std::initializer_list<std::uint32_t> codes) {
+    std::vector<KvErrorListEntry> entries;
+    for (const std::uint32_t code : codes) {
+        entries.push_back({.code = code, .line = 1, .operation = "target"});
+    }
+    return KvErrorListAccess::serialize(entries);
+}
+
+template <class Record>
+simulated_target::ScriptedReply reply(const Record& record) {
+    simulated_target::ScriptedReply scripted;
+    scripted.reply.results = bytesOf(record);
+    return scripted;
+}
+
+inline simulated_target::ScriptedReply result(std::int32_t value, std::initializer_list<std::uint32_t> codes = {}) {
+    return reply(applman::TApplManResult{value, codes.size() == 0 ? applman::ErrorListBytes{} : errorList(codes)});
+}
+
+inline simulated_target::ScriptedReply value(applman::TApplManValue typed) {
+    return reply(applman::TApplManValueResult{0, std::move(typed), {}});
+}
+
+/// The refusal of an information item.
+inline simulated_target::ScriptedReply noValue(std::initializer_list<std::uint32_t> codes = {}) {
+    return reply(applman::TApplManValueResult{-1, {}, errorList(codes)});
+}
+
+/// A call that fails: the target answers that something went wrong inside it.
+inline simulated_target::ScriptedReply failedCall() {
+    simulated_target::ScriptedReply scripted;
+    scripted.reply.status = kvrpc::AcceptStatus::systemError;
+    return scripted;
+}
+
+inline simulated_target::ScriptedReply notOffered() {
+    simulated_target::ScriptedReply scripted;
+    scripted.reply.status = kvrpc::AcceptStatus::procedureUnavailable;
+    return scripted;
+}
+
+} // namespace wire
