@@ -15,14 +15,15 @@ namespace simulated_target {
 
 struct Options {
     std::string host = "127.0.0.1";
-    std::uint16_t port = 0; // 0 = any
-    std::filesystem::path store{};
+    std::uint16_t port = 0;        // 0 = any
+    std::filesystem::path store{}; // made if need be; empty = none, so that transfers and loads fail
     std::uint32_t cnSerialNumber = 1;
     std::uint32_t initialisationCalls = 1; // parameter 31; 0 = complete load
     std::uint32_t commandTimeout = 10;     // parameter 40, seconds
     std::chrono::milliseconds commandDelay{20};
     std::set<std::uint32_t> lackedProcedures{}; // answered as procedures that are not offered
     std::set<std::uint32_t> lackedParameters{}; // refused with 0x14a00804
+    bool recordRequests = true;                 // the record grows until it is forgotten
 };
 
 /// A call that arrived for the application-manager program.
@@ -39,6 +40,7 @@ struct ScriptedReply {
 
 class SimulatedTarget {
 public:
+    /// Throws std::system_error when the store cannot be used.
     explicit SimulatedTarget(Options options);
     ~SimulatedTarget(); // stops
     SimulatedTarget(const SimulatedTarget&) = delete;
