@@ -27,7 +27,7 @@ std::string cutToLimit(std::string_view text) {
 
 std::u16string normalizeHostPath(const char16_t* path) {
     if (path == nullptr) { return {}; }
-    const std::u16string full = host_system::fullPath(path).value_or(u"");
+    std::u16string full = host_system::fullPath(path).value_or(u"");
     if (full.size() < kLongPathLength || full.starts_with(kLongPathPrefix)) { return full; }
     const std::u16string prefix{kLongPathPrefix};
     return full.starts_with(kNetworkStart) ? prefix + u"UNC\\" + full.substr(kNetworkStart.size()) : prefix + full;

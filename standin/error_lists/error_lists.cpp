@@ -90,7 +90,7 @@ KvCErrorListPool& KvCErrorListPool::operator+=(const KvCErrorListPool& other) no
     const std::uint32_t count = other.getErrorCount(); // of before, when a pool is appended to itself
     for (std::uint32_t i = 0; i < count; ++i) {
         try {
-            state_->entries.push_back(KvErrorListEntry{other.state_->entries[i]});
+            state_->entries.emplace_back(other.state_->entries[i]);
         } catch (...) {} // the entry is lost
     }
     return *this;
