@@ -194,7 +194,7 @@ void Connection::drop() noexcept {
 void Connection::fail(Failure::Kind kind) noexcept {
     if (failure_) { return; }
     failure_ = {kind};
-    socket_.shutdown();
+    socket_.abandon();
     for (const auto& [xid, call] : pending_) {
         call->woken_.notify_one();
     }

@@ -344,6 +344,11 @@ IoResult Socket::receive(std::span<std::uint8_t> buffer, Deadline deadline) cons
     }
 }
 
+void Socket::abandon() const noexcept {
+    setOption(handleOf(handle_), SOL_SOCKET, SO_LINGER, linger{1, 0});
+    shutdown();
+}
+
 void Socket::shutdown() const noexcept {
 #ifdef _WIN32
     ::shutdown(handleOf(handle_), SD_BOTH);

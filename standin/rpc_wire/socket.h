@@ -59,6 +59,9 @@ public:
 
     /// Ends the connection in both directions; the other side sees it at once, waits in this process soon.
     void shutdown() const noexcept;
+
+    /// Like shutdown; what was sent and is not taken yet is given up when the socket is closed.
+    void abandon() const noexcept;
     void close() noexcept;
 
 private:

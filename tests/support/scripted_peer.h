@@ -58,8 +58,8 @@ public:
 private:
     void play(const std::vector<Script>& scripts);
 
+    std::string address_{};
     int listener_;
-    std::string address_;
     std::atomic<int> accepted_{0};
     std::atomic<int> closed_{0};
     std::atomic<int> present_{-1};
