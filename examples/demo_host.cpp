@@ -8,6 +8,7 @@
 #include <cstdio>
 #include <exception>
 #include <optional>
+#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -123,8 +124,15 @@ void printItem(const Pool& pool, const Process& process, std::uint32_t applId, c
     std::printf("    %-20s %s\n", item.name, readItem(pool, process, applId, item).c_str());
 }
 
-void printState(const Pool& pool, const Process& process) {
-    std::printf("  %s: state %u\n", nameOf(process).c_str(), readNumber(pool, process, process.id, kStateItem));
+/// What the states of a process mean to the simulated targets.
+enum State : std::uint32_t { kRunning = 4, kStopped = 6 };
+
+void expectState(const Pool& pool, const Process& process, State expected) {
+    const std::uint32_t state = readNumber(pool, process, process.id, kStateItem);
+    if (state != expected)
+        throw std::runtime_error(nameOf(process) + " is in state " + std::to_string(state) + ", not in " +
+                                 std::to_string(expected));
+    std::printf("  %s: %s\n", nameOf(process).c_str(), expected == kRunning ? "running" : "stopped");
 }
 
 // Steps
@@ -158,7 +166,7 @@ void start(Demo& demo) {
     for (const Process& process : demo.processes) {
         check(KvApplMan_startAppl(demo.pool, process.device, process.access, process.id),
               "Starting " + nameOf(process));
-        printState(demo.pool, process);
+        expectState(demo.pool, process, kRunning);
     }
 }
 
@@ -176,7 +184,7 @@ void readInformation(Demo& demo) {
 void stop(Demo& demo) {
     for (const Process& process : demo.processes) {
         check(KvApplMan_stopAppl(demo.pool, process.device, process.access, process.id), "Stopping " + nameOf(process));
-        printState(demo.pool, process);
+        expectState(demo.pool, process, kStopped);
     }
 }
 
