@@ -89,6 +89,11 @@ Bytes Wire::receiveRecord() const {
     return mark.size() < 4 ? Bytes{} : receive(wordAt(mark, 0) & 0x7FFFFFFFU);
 }
 
+bool Wire::isReadable(std::chrono::milliseconds within) const {
+    pollfd entry{descriptor_, POLLIN, 0};
+    return ::poll(&entry, 1, static_cast<int>(within.count())) == 1;
+}
+
 void Wire::awaitEnd() const {
     pollfd entry{descriptor_, POLLRDHUP, 0};
     ::poll(&entry, 1, -1);

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <atomic>
+#include <chrono>
 #include <cstdint>
 #include <functional>
 #include <initializer_list>
@@ -36,8 +37,9 @@ public:
     void send(const Bytes& bytes) const;
     Bytes receive(std::size_t count) const; // fewer at the end
     Bytes receiveRecord() const;            // of one fragment; empty at the end
-    void awaitEnd() const;                  // until the other side is gone, without reading
-    void reset() const;                     // the other side sees an error when this one is closed
+    bool isReadable(std::chrono::milliseconds within) const;
+    void awaitEnd() const; // until the other side is gone, without reading
+    void reset() const;    // the other side sees an error when this one is closed
 
 private:
     int descriptor_;
