@@ -107,7 +107,7 @@ inline bool xdr_double(Xdr& x, double& value) {
 template <class Bytes>
 bool xdr_counted_bytes(Xdr& x, Bytes& value) {
     if (x.freeing()) {
-        value = {};
+        value = Bytes{};
         return true;
     }
     if (x.encoding() && value.size() > 0xFFFFFFFFU) { return false; }
@@ -147,7 +147,7 @@ inline bool xdr_string(Xdr& x, std::optional<std::string>& value) {
 template <class Element, class Routine>
 bool xdr_array(Xdr& x, std::vector<Element>& values, Routine element) {
     if (x.freeing()) {
-        values = {};
+        values = std::vector<Element>{};
         return true;
     }
     if (x.encoding() && values.size() > 0xFFFFFFFFU) { return false; }
