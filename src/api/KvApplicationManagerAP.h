@@ -47,6 +47,22 @@ struct KvSApplGroupHandle {
     std::uint32_t* ipAddresses;     ///< per slot the IPv4 address of its device in network order; 0 for an empty slot
 };
 
+/// One element of a list of applications, made by KvApplMan_getApplInfoList and freed by KvApplMan_freeApplInfoList.
+struct KvTApplicationInfo {
+    std::uint32_t applId; ///< application ID
+    char* infoText;       ///< information text (item 22), zero-terminated
+};
+
+/// An additional file of an application, as the target has registered it. The host makes the array of them. What the texts
+/// and the word mean is defined by the target.
+struct TApplManAddFileInfo {
+    char entryText1[1024];        ///< first text, cut to 1022 bytes
+    char entryText2[256];         ///< second text, cut to 254 bytes
+    char entryText3[1024];        ///< third text, cut to 1022 bytes
+    std::uint32_t entryWord;      ///< the word
+    unsigned char reserved[1024]; ///< zeros
+};
+
 extern "C" {
 
 /// Creates the handle of a group of application processes. The target of the first present device opens the group;
@@ -232,6 +248,192 @@ KVAPPLMAN_API std::int32_t KvApplMan_unloadAppl(KvCErrorListPool& pool, void* de
 KVAPPLMAN_API std::int32_t KvApplMan_getApplInfo(KvCErrorListPool& pool, void* devHandle, void* accessResHandle,
                                                  std::uint32_t applId, std::uint32_t infoId, void* buffer,
                                                  std::int32_t* size) noexcept;
+
+/// Pauses a running application process and waits until the target has done it.
+/// @param pool receives messages
+/// @param devHandle the target
+/// @param accessResHandle yields the access ID
+/// @param applId the process; any value is sent, the target judges it
+/// @return 0; -165: refused, failed or not in time (0x12500038 comes last); -100, -175, -180, -185, -204: as for
+///         KvApplMan_startAppl
+KVAPPLMAN_API std::int32_t KvApplMan_pauseAppl(KvCErrorListPool& pool, void* devHandle, void* accessResHandle,
+                                               std::uint32_t applId) noexcept;
+
+/// Lets a paused application process run one step and waits until the target has done it.
+/// @param pool receives messages
+/// @param devHandle the target
+/// @param accessResHandle yields the access ID
+/// @param applId the process; any value is sent, the target judges it
+/// @return 0; -166: refused, failed or not in time (0x12500039 comes last); -100, -175, -180, -185, -204: as for
+///         KvApplMan_startAppl
+KVAPPLMAN_API std::int32_t KvApplMan_stepAppl(KvCErrorListPool& pool, void* devHandle, void* accessResHandle,
+                                              std::uint32_t applId) noexcept;
+
+/// Lists the application processes of a target that are in a state.
+/// @param pool receives messages
+/// @param devHandle the target
+/// @param accessResHandle yields the access ID
+/// @param state a state as item 0 delivers it, 0 to 6; what each lists is the target's business
+/// @param applIds receives the application IDs; set to zeros first; may be null when count is 0
+/// @param count in: elements of applIds. Out: the number of IDs, on success and on -200
+/// @return 0; -100: count is null, applIds is null with a count above 0, or a handle is of no use; -180: no command
+///         channel; -185: the call failed; -200: count is negative (nothing is written) or too small; -210: unknown
+///         state; -215: the target refused
+KVAPPLMAN_API std::int32_t KvApplMan_getApplications(KvCErrorListPool& pool, void* devHandle, void* accessResHandle,
+                                                     std::uint32_t state, std::uint32_t* applIds,
+                                                     std::int32_t* count) noexcept;
+
+/// Lists the application processes of a target with their information texts, at most 128. Every part of the list is a
+/// request of its own, so that the list is no snapshot.
+/// @param pool receives messages
+/// @param devHandle the target
+/// @param accessResHandle yields the access ID
+/// @param list receives the list, which the host frees with KvApplMan_freeApplInfoList; null when it is empty, after a
+///        failure, and when there is no memory for it
+/// @param count receives the number of its elements
+/// @param name lists only applications whose file name without its last extension is this one, case-sensitive; null or
+///        empty lists all
+/// @return 0, also when nothing is listed (for a name with 0x1250005c); -100: list or count is null (0x1250005b), or a
+///         handle is of no use; -175, -204: an item could not be read; -180: no command channel; -185: a call failed;
+///         -200: more than 128 applications, or a text of 256 bytes or more; -215: the target refused
+KVAPPLMAN_API std::int32_t KvApplMan_getApplInfoList(KvCErrorListPool& pool, void* devHandle, void* accessResHandle,
+                                                     KvTApplicationInfo** list, std::uint32_t* count,
+                                                     const char* name) noexcept;
+
+/// Frees a list of KvApplMan_getApplInfoList; one that was freed already is left alone. Sends nothing, does not block.
+/// @param list the list; becomes null; null = nothing happens
+/// @param count the number of its elements; becomes 0; null = nothing happens
+KVAPPLMAN_API void KvApplMan_freeApplInfoList(KvTApplicationInfo** list, std::uint32_t* count) noexcept;
+
+/// Lists the processor cores that a target offers. A target that does not offer the request has one core, 1. A call that
+/// fails for another reason reads as no cores.
+/// @param pool receives messages
+/// @param devHandle the target
+/// @param accessResHandle yields the access ID
+/// @param coreKind 0 or 1; which cores each stands for is the target's business
+/// @param count in: elements of coreIds. Out: the number of cores, on success and with the -200 and -100 of a list that
+///        does not take them
+/// @param coreIds receives the core IDs; set to zeros first; may be null, but then the result is never 0
+/// @return 0; -100: count is null or a handle is of no use (code 1024), or coreIds is null (no message); -180: no command
+///         channel; -200: count is too small (no message); -205: another coreKind; -841: the target could not answer
+KVAPPLMAN_API std::int32_t KvApplMan_getAvailableCoreIDs(KvCErrorListPool& pool, void* devHandle, void* accessResHandle,
+                                                         std::uint32_t coreKind, std::uint32_t* count,
+                                                         std::uint32_t* coreIds) noexcept;
+
+/// Registers an additional file, or a directory with all that is in it, of an application with the target and transfers
+/// it to where the target wants it. Links are followed; a directory to which a link leads back cannot be loaded. What was
+/// transferred before a failure stays. Blocks for the whole time.
+/// @param pool receives messages, all of them at the end of the call
+/// @param devHandle the target
+/// @param accessResHandle yields the access ID
+/// @param applId the process, not 0
+/// @param sourcePathUtf8 host path of the file or directory
+/// @param targetPathUtf8 handed to the target
+/// @param targetNameUtf8 handed to the target
+/// @param fileType 512: a directory; any other: a file. 6 is tried as 2 (without load options) when the target does not
+///        know it
+/// @param fileFlagsAndLoadOptions bits 0 to 23: flags, handed to the target; bits 24 to 31: load options, 0 (others are
+///        refused by the transfer)
+/// @param progressCallback called on the calling thread; may be null. It may call functions of this library, with
+///        another pool
+/// @param userData handed to progressCallback; may be null
+/// @param additionalInfo handed to the target; may be null
+/// @return 0; -100: an argument is missing, a handle is of no use or memory ran out; -180: no command channel; -185: the
+///         call failed; -190, -191, -195: the transfer failed; -830: there is no such source; -832: the target refused,
+///         named no place for the file, or knows no directories (0x12500022)
+KVAPPLMAN_API std::int32_t KvApplMan_loadFileUtf8(KvCErrorListPool& pool, void* devHandle, void* accessResHandle,
+                                                  std::uint32_t applId, const char* sourcePathUtf8,
+                                                  const char* targetPathUtf8, const char* targetNameUtf8,
+                                                  std::uint32_t fileType, std::uint32_t fileFlagsAndLoadOptions,
+                                                  KvTApplManProgressCallback progressCallback, void* userData,
+                                                  const char* additionalInfo) noexcept;
+
+/// Lists the additional files that a target has registered for an application.
+/// @param pool receives messages
+/// @param devHandle the target
+/// @param accessResHandle yields the access ID
+/// @param applId the process, not 0
+/// @param fileCount in: elements of fileInfoList. Out: the number of files once the target has answered; 0 before
+/// @param fileInfoList receives the files; set to zeros first; may be null when fileCount is 0
+/// @return 0; -100: an argument is missing or a handle is of no use; -180: no command channel; -185: the call failed;
+///         -833: fileCount is too small (0x12500027, nothing is copied) or the target refused (0x1250002c)
+KVAPPLMAN_API std::int32_t KvApplMan_getFileInfo(KvCErrorListPool& pool, void* devHandle, void* accessResHandle,
+                                                 std::uint32_t applId, std::uint32_t* fileCount,
+                                                 TApplManAddFileInfo* fileInfoList) noexcept;
+
+/// Has a target remove an additional file of an application.
+/// @param pool receives messages
+/// @param devHandle the target
+/// @param accessResHandle yields the access ID
+/// @param applId the process, not 0
+/// @param targetName the file's name on the target
+/// @param fileType the type under which it was loaded
+/// @return 0; -100: an argument is missing or a handle is of no use; -180: no command channel; -185: the call failed;
+///         -831: the target refused
+KVAPPLMAN_API std::int32_t KvApplMan_removeFile(KvCErrorListPool& pool, void* devHandle, void* accessResHandle,
+                                                std::uint32_t applId, const char* targetName,
+                                                std::uint32_t fileType) noexcept;
+
+/// Lists the applications in a target's flash memory. A call that fails, for whatever reason, reads as an empty list.
+/// @param pool receives messages
+/// @param devHandle the target
+/// @param accessResHandle yields the access ID
+/// @param requestMode 0
+/// @param count in: elements of flashApplIds. Out: the number of IDs, on success and on -200
+/// @param flashApplIds receives the IDs; set to zeros first; may be null when count is 0
+/// @return 0; -100: count is null, flashApplIds is null with a count above 0, or a handle is of no use; -180: no command
+///         channel; -200: count is too small (0x1250003c); -850: another requestMode; -851: the target refused
+KVAPPLMAN_API std::int32_t KvApplMan_getFlashApplications(KvCErrorListPool& pool, void* devHandle,
+                                                          void* accessResHandle, std::uint32_t requestMode,
+                                                          std::uint32_t* count, std::uint32_t* flashApplIds) noexcept;
+
+/// Reads one information item of a flash application. Items, buffer and size are those of KvApplMan_getApplInfo, but
+/// there are no defaults and the pool is never emptied.
+/// @param pool receives messages
+/// @param devHandle the target
+/// @param accessResHandle yields the access ID
+/// @param flashApplId the flash application
+/// @param infoId the item
+/// @param buffer receives the value; set to zeros first; may be null when size is 0
+/// @param size in/out, as for KvApplMan_getApplInfo
+/// @return 0; -175: the target did not answer (0x1250003d); -100, -180, -185, -200, -204, -205: as for
+///         KvApplMan_getApplInfo
+KVAPPLMAN_API std::int32_t KvApplMan_getFlashApplInfo(KvCErrorListPool& pool, void* devHandle, void* accessResHandle,
+                                                      std::uint32_t flashApplId, std::uint32_t infoId, void* buffer,
+                                                      std::int32_t* size) noexcept;
+
+/// Writes the one item of a flash application that can be written: 64-bit values.
+/// @param pool receives messages
+/// @param devHandle the target
+/// @param accessResHandle yields the access ID
+/// @param flashApplId the flash application
+/// @param infoId 1200
+/// @param data the values; need no alignment; may be null when size is 0
+/// @param size bytes of data; a remainder of 1 to 7 is not sent
+/// @return 0; -100: data is null with a size above 0, or a handle is of no use; -176: the target refused; -180: no
+///         command channel; -185: the call failed; -205: another infoId
+KVAPPLMAN_API std::int32_t KvApplMan_setFlashApplParameter(KvCErrorListPool& pool, void* devHandle,
+                                                           void* accessResHandle, std::uint32_t flashApplId,
+                                                           std::uint32_t infoId, const void* data,
+                                                           std::uint32_t size) noexcept;
+
+/// Loads an application from a target's flash memory and waits until the target has done it.
+/// @param pool receives messages
+/// @param devHandle the target
+/// @param accessResHandle yields the access ID
+/// @param flashApplId the flash application
+/// @return 0; -852: refused, failed or not in time; -100, -175, -180, -185, -204: as for KvApplMan_startAppl
+KVAPPLMAN_API std::int32_t KvApplMan_loadFlashAppl(KvCErrorListPool& pool, void* devHandle, void* accessResHandle,
+                                                   std::uint64_t flashApplId) noexcept;
+
+/// Removes an application from a target's flash memory.
+/// @param pool receives messages
+/// @param devHandle the target
+/// @param accessResHandle yields the access ID
+/// @param flashApplId the flash application
+/// @return 0; -100: a handle is of no use; -180: no command channel; -185: the call failed; -853: the target refused
+KVAPPLMAN_API std::int32_t KvApplMan_clearFlashAppl(KvCErrorListPool& pool, void* devHandle, void* accessResHandle,
+                                                    std::uint64_t flashApplId) noexcept;
 
 } // extern "C"
 

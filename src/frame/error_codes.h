@@ -10,6 +10,7 @@ namespace applman {
 // Codes of the target that are recognised, never added.
 inline constexpr std::uint32_t kTargetUnknownProcess = 0x14a00803;
 inline constexpr std::uint32_t kTargetUnsupportedParameter = 0x14a00804;
+inline constexpr std::uint32_t kTargetUnsupportedFileType = 0x14a01077;
 
 inline bool hasCode(const KvCErrorList& list, std::uint32_t code) {
     for (std::uint32_t index = 0; index < list.getErrorCount(); ++index) {

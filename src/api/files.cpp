@@ -1,0 +1,270 @@
+// Additional application files: loading, listing and removing them.
+#include <algorithm>
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <cstring>
+#include <optional>
+#include <string>
+
+#include "api/KvApplicationManagerAP.h"
+#include "frame/calling_frame.h"
+#include "frame/error_codes.h"
+#include "frame/temporary_list.h"
+#include "protocol/procedures.h"
+#include "transfer/file_transfer.h"
+#include "transfer/host_path.h"
+#include "transfer/text.h"
+
+static_assert(sizeof(TApplManAddFileInfo) == 3332);
+static_assert(offsetof(TApplManAddFileInfo, entryText2) == 1024);
+static_assert(offsetof(TApplManAddFileInfo, entryText3) == 1280);
+static_assert(offsetof(TApplManAddFileInfo, entryWord) == 2304);
+static_assert(offsetof(TApplManAddFileInfo, reserved) == 2308);
+
+namespace applman {
+namespace {
+
+constexpr std::uint32_t kDirectoryType = 512;
+constexpr std::uint32_t kRetriedType = 6; // a target may know it only as the substitute
+constexpr std::uint32_t kSubstituteType = 2;
+constexpr std::uint32_t kFileFlagsMask = 0x00FFFFFF;
+
+/// What the host gave.
+struct LoadOrder {
+    void* devHandle;
+    void* accessResHandle;
+    std::uint32_t applId;
+    const char* sourcePathUtf8;
+    const char* targetPathUtf8;
+    const char* targetNameUtf8;
+    std::uint32_t fileType;
+    std::uint32_t fileFlagsAndLoadOptions;
+    KvTApplManProgressCallback progressCallback; // may be null
+    void* userData;
+    const char* additionalInfo; // may be null
+
+    bool isDirectory() const { return fileType == kDirectoryType; }
+    std::uint32_t fileFlags() const { return fileFlagsAndLoadOptions & kFileFlagsMask; }
+    std::uint8_t loadOptions() const { return static_cast<std::uint8_t>(fileFlagsAndLoadOptions >> 24); }
+};
+
+/// The source on the host: its path, and the path as messages show it.
+struct Source {
+    std::u16string path;
+    std::string shown;
+};
+
+Source sourceOf(const LoadOrder& order) {
+    std::u16string path = utf8ToWide(order.sourcePathUtf8);
+    if (order.sourcePathUtf8[0] != '\0') { path = normalizeHostPath(path.c_str()); }
+    std::string shown = wideToMessageText(path.c_str());
+    return {std::move(path), std::move(shown)};
+}
+
+const char* shownOf(const Text& text) { return text ? text->c_str() : "<NULL>"; }
+
+bool holdsText(const Text& text) { return text && text->c_str()[0] != '\0'; }
+
+TApplManProgressTracker progressOf(const LoadOrder& order, const Source& source) {
+    TApplManProgressTracker tracker;
+    if (order.progressCallback == nullptr) { return tracker; }
+    tracker.callback = order.progressCallback;
+    tracker.userData = order.userData;
+    tracker.totalUnits = order.isDirectory() ? getDirectorySize(source.path) : getFileSize(source.path);
+    tracker.phaseName = kPhaseLoad;
+    tracker.phase = 1;
+    tracker.phaseCount = 1;
+    return tracker;
+}
+
+/// A directory goes below the target path; a target path that is empty asks for no transfer.
+Status transferDirectory(const Reporter& report, const LoadOrder& order, const Source& source,
+                         const TApplManAddFileResult& target, TApplManProgressTracker* tracker) {
+    if (!target.targetPath || holdsText(target.targetName)) {
+        return report.fail(Msg::directoryTargetInvalid, Status::fileLoad, source.shown, order.applId,
+                           shownOf(target.targetPath), shownOf(target.targetName));
+    }
+    if (!holdsText(target.targetPath)) { return Status::ok; }
+    return copyDirToTarget(report.pool(), order.devHandle, nullptr, source.path.c_str(), target.targetPath->c_str(),
+                           order.loadOptions(), tracker);
+}
+
+Status transferFile(const Reporter& report, const LoadOrder& order, const Source& source,
+                    const TApplManAddFileResult& target, TApplManProgressTracker* tracker) {
+    if (!holdsText(target.targetPath) || !holdsText(target.targetName)) {
+        return report.fail(Msg::fileTargetInvalid, Status::fileLoad, source.shown, order.fileType, order.applId,
+                           shownOf(target.targetPath), shownOf(target.targetName));
+    }
+    return copyBinaryToTarget(report.pool(), order.devHandle, nullptr, source.path, target.targetPath->c_str(),
+                              target.targetName->c_str(), order.loadOptions(), tracker);
+}
+
+/// Registers the file; a target that does not offer the request is asked by the older one.
+std::int32_t askToAddFile(const Reporter& report, const Session& session, const LoadOrder& order,
+                          Reply<TApplManAddFileResult>& reply) {
+    TApplManAddFileRecord file;
+    file.applId = order.applId;
+    file.fileType = order.fileType;
+    file.sourcePath = order.sourcePathUtf8;
+    file.targetPath = order.targetPathUtf8;
+    file.targetName = order.targetNameUtf8;
+    file.fileFlags = order.fileFlags();
+    file.additionalText = order.additionalInfo == nullptr ? "" : order.additionalInfo;
+    const std::int32_t called =
+        APPLMAN_ADD_FILE_2(session.client, report.pool(), {session.accessId, std::move(file)}, reply);
+    if (called != KvCRpcClient::kProcedureNotOffered) { return called; }
+    return APPLMAN_ADD_FILE(session.client, report.pool(),
+                            {kMode, session.accessId, order.applId, order.fileType, order.sourcePathUtf8,
+                             order.targetPathUtf8, order.targetNameUtf8, order.fileFlags()},
+                            reply);
+}
+
+Status registerAndTransfer(const Reporter& report, const Session& session, const LoadOrder& order,
+                           const Source& source) {
+    Reply<TApplManAddFileResult> reply{session.client};
+    if (askToAddFile(report, session, order, reply) != 0) { return report.failRemoteCall(); }
+    if (reply->result != 0) {
+        return report.fail(Msg::fileNotRegistered, Status::fileLoad, source.shown, order.fileType, reply->result,
+                           order.applId);
+    }
+    TApplManProgressTracker tracker = progressOf(order, source);
+    TApplManProgressTracker* const reporting = tracker.callback == nullptr ? nullptr : &tracker;
+    return order.isDirectory() ? transferDirectory(report, order, source, *reply, reporting)
+                               : transferFile(report, order, source, *reply, reporting);
+}
+
+/// What is done about a file type that the target does not support. `collected` holds the messages of the attempt.
+Status fallBack(const Reporter& collected, const LoadOrder& order, const Source& source) {
+    KvCErrorListPool& pool = collected.pool();
+    if (order.fileType == kRetriedType) {
+        pool.reset();
+        return static_cast<Status>(
+            KvApplMan_loadFileUtf8(pool, order.devHandle, order.accessResHandle, order.applId, order.sourcePathUtf8,
+                                   order.targetPathUtf8, order.targetNameUtf8, kSubstituteType, order.fileFlags(),
+                                   order.progressCallback, order.userData, order.additionalInfo));
+    }
+    if (order.isDirectory()) {
+        pool.reset();
+        collected.add(Msg::directoriesNotSupported, source.shown, order.applId);
+    }
+    return Status::fileLoad;
+}
+
+Status loadFile(const Reporter& report, const LoadOrder& order) {
+    if (order.sourcePathUtf8 == nullptr || order.targetPathUtf8 == nullptr || order.targetNameUtf8 == nullptr ||
+        order.applId == 0) {
+        return report.fail(Msg::invalidArgument, Status::argument);
+    }
+    const Source source = sourceOf(order);
+    if (!isPathOfKind(source.path, !order.isDirectory())) {
+        return report.fail(Msg::sourceNotFound, Status::fileSource,
+                           order.isDirectory() ? "directory" : "application specific file", source.shown, order.applId,
+                           order.fileType);
+    }
+    std::optional<TemporaryList> collected; // once there is a client, every message is judged before it is handed on
+    Status status = runFrame(report, order.devHandle, order.accessResHandle, [&](const Session& session) {
+        if (!collected.emplace()) { return report.fail(Msg::invalidArgument, Status::argument); }
+        return registerAndTransfer(Reporter{collected->pool(), report.operation()}, session, order, source);
+    });
+    if (!collected || !*collected) { return status; }
+    if (status == Status::fileLoad && hasCode(collected->pool(), kTargetUnsupportedFileType)) {
+        status = fallBack(Reporter{collected->pool(), report.operation()}, order, source);
+    }
+    report.pool() += collected->pool();
+    return status;
+}
+
+/// Copies a text into a field whose bytes are zeros; the last two stay zeros.
+template <std::size_t size>
+void copyCut(char (&field)[size], const Text& text) {
+    if (!text) { return; }
+    std::memcpy(field, text->c_str(), std::min(std::strlen(text->c_str()), size - 2));
+}
+
+Status deliverFiles(const Reporter& report, const TApplManFileListResult& reply, std::uint32_t applId,
+                    std::uint32_t capacity, std::uint32_t* fileCount, TApplManAddFileInfo* fileInfoList) {
+    if (reply.errorCode != 0) {
+        return report.fail(Msg::fileListRefused, Status::fileInformation, reply.errorCode, applId);
+    }
+    *fileCount = static_cast<std::uint32_t>(reply.files.size());
+    if (capacity < *fileCount) {
+        return report.fail(Msg::fileListBufferTooSmall, Status::fileInformation, applId, capacity, *fileCount);
+    }
+    for (std::size_t index = 0; index < reply.files.size(); ++index) {
+        const TApplManFileEntry& entry = reply.files[index];
+        TApplManAddFileInfo& info = fileInfoList[index];
+        copyCut(info.entryText1, entry.entryText1);
+        copyCut(info.entryText2, entry.entryText2);
+        copyCut(info.entryText3, entry.entryText3);
+        info.entryWord = entry.entryWord;
+    }
+    return Status::ok;
+}
+
+Status getFileInfo(const Reporter& report, void* devHandle, void* accessResHandle, std::uint32_t applId,
+                   std::uint32_t* fileCount, TApplManAddFileInfo* fileInfoList) {
+    if (applId == 0 || fileCount == nullptr || (*fileCount != 0 && fileInfoList == nullptr)) {
+        return report.fail(Msg::invalidArgument, Status::argument);
+    }
+    const std::uint32_t capacity = *fileCount;
+    if (capacity > 0) {
+        *fileCount = 0;
+        std::memset(fileInfoList, 0, std::size_t{capacity} * sizeof *fileInfoList);
+    }
+    return runFrame(report, devHandle, accessResHandle, [&](const Session& session) {
+        Reply<TApplManFileListResult> reply{session.client};
+        const std::int32_t called =
+            APPLMAN_GET_FILE_LIST(session.client, report.pool(), {kMode, session.accessId, applId}, reply);
+        if (called != 0) { return report.failRemoteCall(); }
+        return deliverFiles(report, *reply, applId, capacity, fileCount, fileInfoList);
+    });
+}
+
+Status removeFile(const Reporter& report, void* devHandle, void* accessResHandle, std::uint32_t applId,
+                  const char* targetName, std::uint32_t fileType) {
+    if (applId == 0 || targetName == nullptr) { return report.fail(Msg::invalidArgument, Status::argument); }
+    return runFrame(report, devHandle, accessResHandle, [&](const Session& session) {
+        Reply<TApplManResult> reply{session.client};
+        const std::int32_t called = APPLMAN_REMOVE_FILE(session.client, report.pool(),
+                                                        {kMode, session.accessId, applId, fileType, targetName}, reply);
+        if (called != 0) { return report.failRemoteCall(); }
+        if (reply->result == 0) { return Status::ok; }
+        return report.fail(Msg::fileNotRemoved, Status::fileRemove, targetName, fileType, reply->result, applId);
+    });
+}
+
+} // namespace
+} // namespace applman
+
+using namespace applman;
+
+extern "C" std::int32_t KvApplMan_loadFileUtf8(KvCErrorListPool& pool, void* devHandle, void* accessResHandle,
+                                               std::uint32_t applId, const char* sourcePathUtf8,
+                                               const char* targetPathUtf8, const char* targetNameUtf8,
+                                               std::uint32_t fileType, std::uint32_t fileFlagsAndLoadOptions,
+                                               KvTApplManProgressCallback progressCallback, void* userData,
+                                               const char* additionalInfo) noexcept {
+    const Reporter report{pool, "KvApplMan_loadFileUtf8"};
+    return guarded(report, [&] {
+        return loadFile(report,
+                        LoadOrder{devHandle, accessResHandle, applId, sourcePathUtf8, targetPathUtf8, targetNameUtf8,
+                                  fileType, fileFlagsAndLoadOptions, progressCallback, userData, additionalInfo});
+    });
+}
+
+extern "C" std::int32_t KvApplMan_getFileInfo(KvCErrorListPool& pool, void* devHandle, void* accessResHandle,
+                                              std::uint32_t applId, std::uint32_t* fileCount,
+                                              TApplManAddFileInfo* fileInfoList) noexcept {
+    const Reporter report{pool, "KvApplMan_getFileInfo"};
+    return guarded(report,
+                   [&] { return getFileInfo(report, devHandle, accessResHandle, applId, fileCount, fileInfoList); });
+}
+
+extern "C" std::int32_t KvApplMan_removeFile(KvCErrorListPool& pool, void* devHandle, void* accessResHandle,
+                                             std::uint32_t applId, const char* targetName,
+                                             std::uint32_t fileType) noexcept {
+    const Reporter report{pool, "KvApplMan_removeFile"};
+    return guarded(report,
+                   [&] { return removeFile(report, devHandle, accessResHandle, applId, targetName, fileType); });
+}
