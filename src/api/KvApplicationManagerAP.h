@@ -160,7 +160,7 @@ KVAPPLMAN_API std::int32_t KvApplMan_downloadApplUtf8(KvCErrorListPool& pool, vo
                                                       const char* const* targetPathsUtf8) noexcept;
 
 /// Starts a loaded application process and waits until the target has done it.
-/// @param pool receives messages
+/// @param pool receives messages; emptied when the target cannot tell its command timeout, which is then 120 seconds
 /// @param devHandle the target
 /// @param accessResHandle yields the access ID
 /// @param applId the process; any value is sent, the target judges it
@@ -171,7 +171,7 @@ KVAPPLMAN_API std::int32_t KvApplMan_startAppl(KvCErrorListPool& pool, void* dev
 
 /// Stops an application process and waits until the target has done it. Messages of a refusal or a failed call are
 /// reported under "KvApplMan_stopTerminateAppl".
-/// @param pool receives messages
+/// @param pool receives messages; emptied when the target cannot tell its command timeout, which is then 120 seconds
 /// @param devHandle the target
 /// @param accessResHandle yields the access ID
 /// @param applId the process; any value is sent, the target judges it
@@ -181,7 +181,7 @@ KVAPPLMAN_API std::int32_t KvApplMan_stopAppl(KvCErrorListPool& pool, void* devH
 
 /// Terminates an application process and waits until the target has done it. Messages of a refusal or a failed call are
 /// reported under "KvApplMan_stopTerminateAppl".
-/// @param pool receives messages
+/// @param pool receives messages; emptied when the target cannot tell its command timeout, which is then 120 seconds
 /// @param devHandle the target
 /// @param accessResHandle yields the access ID
 /// @param applId the process; any value is sent, the target judges it
@@ -191,7 +191,7 @@ KVAPPLMAN_API std::int32_t KvApplMan_terminateAppl(KvCErrorListPool& pool, void*
 
 /// Unloads an application process and waits until the target has done it. A target that, while it is asked whether it
 /// is done, no longer knows the process (its code 0x14a00803) has done it.
-/// @param pool receives messages
+/// @param pool receives messages; emptied when the target cannot tell its command timeout, which is then 120 seconds
 /// @param devHandle the target
 /// @param accessResHandle yields the access ID
 /// @param applId the process; any value is sent, the target judges it
@@ -250,7 +250,7 @@ KVAPPLMAN_API std::int32_t KvApplMan_getApplInfo(KvCErrorListPool& pool, void* d
                                                  std::int32_t* size) noexcept;
 
 /// Pauses a running application process and waits until the target has done it.
-/// @param pool receives messages
+/// @param pool receives messages; emptied when the target cannot tell its command timeout, which is then 120 seconds
 /// @param devHandle the target
 /// @param accessResHandle yields the access ID
 /// @param applId the process; any value is sent, the target judges it
@@ -260,7 +260,7 @@ KVAPPLMAN_API std::int32_t KvApplMan_pauseAppl(KvCErrorListPool& pool, void* dev
                                                std::uint32_t applId) noexcept;
 
 /// Lets a paused application process run one step and waits until the target has done it.
-/// @param pool receives messages
+/// @param pool receives messages; emptied when the target cannot tell its command timeout, which is then 120 seconds
 /// @param devHandle the target
 /// @param accessResHandle yields the access ID
 /// @param applId the process; any value is sent, the target judges it
@@ -418,7 +418,7 @@ KVAPPLMAN_API std::int32_t KvApplMan_setFlashApplParameter(KvCErrorListPool& poo
                                                            std::uint32_t size) noexcept;
 
 /// Loads an application from a target's flash memory and waits until the target has done it.
-/// @param pool receives messages
+/// @param pool receives messages; emptied when the target cannot tell its command timeout, which is then 120 seconds
 /// @param devHandle the target
 /// @param accessResHandle yields the access ID
 /// @param flashApplId the flash application
