@@ -1,7 +1,9 @@
 // The RPC client against the server half, and against peers that do not play by the rules.
 #include "platform/rpc_client.h"
 
+#include <fcntl.h>
 #include <sys/resource.h>
+#include <sys/stat.h>
 
 #include <array>
 #include <atomic>
@@ -91,6 +93,26 @@ TEST(RpcClient, CarriesOutCallsOnOneConnection) {
     EXPECT_EQ(client.pool.codes(), Codes{kRpcCallRefused});
     EXPECT_TRUE(client.echoes(7));
     EXPECT_EQ(server.acceptedConnections(), 1U);
+}
+
+/// How many open sockets a child process would get.
+int socketsToInherit() {
+    int count = 0;
+    for (int descriptor = 0; descriptor < 256; ++descriptor) {
+        struct stat status {};
+        const bool isSocket = ::fstat(descriptor, &status) == 0 && S_ISSOCK(status.st_mode);
+        if (isSocket && (::fcntl(descriptor, F_GETFD) & FD_CLOEXEC) == 0) { ++count; }
+    }
+    return count;
+}
+
+TEST(RpcClient, HandsNoSocketOnToChildProcesses) {
+    const int before = socketsToInherit();
+    EchoService service;
+    kvrpc::RpcServer server{service};
+    Client client{server.start("127.0.0.1", 0)};
+    EXPECT_TRUE(client.echoes(1));
+    EXPECT_EQ(socketsToInherit(), before);
 }
 
 TEST(RpcClient, SendsProgramAndVersionWithoutCredentials) {
@@ -242,6 +264,8 @@ const BadReply kBadReplies[] = {
     {"authentication error", words({1, 1, 1, 1}), kRpcCallRefused},
     {"unknown authentication error", words({1, 1, 1, 99}), kRpcCallRefused},
     {"unknown reject status", words({1, 1, 3}), kRpcCallRefused},
+    {"a reject status that makes 3 of 100", words({1, 1, 0xFFFFFF9F}), kRpcCallRefused},
+    {"highest positive reject status", words({1, 1, 0x7FFFFFFF}), kRpcCallRefused},
     {"program unavailable", words({1, 0, 0, 0, 1}), kRpcCallRefused},
     {"program mismatch", words({1, 0, 0, 0, 2, 1, 1}), kRpcCallRefused},
     {"garbage arguments", words({1, 0, 0, 0, 4}), kRpcCallRefused},

@@ -6,10 +6,20 @@
 #include <sys/socket.h>
 #include <unistd.h>
 
+#include <cerrno>
 #include <stdexcept>
 
 namespace scripted_peer {
 namespace {
+
+/// Repeats what a signal interrupts.
+template <class Operation>
+auto uninterrupted(Operation operation) {
+    for (;;) {
+        const auto result = operation();
+        if (result != -1 || errno != EINTR) { return result; }
+    }
+}
 
 sockaddr_in loopback(std::uint16_t port) {
     sockaddr_in address{};
@@ -66,7 +76,8 @@ int Wire::connectTo(const std::string& address) {
 
 void Wire::send(const Bytes& bytes) const {
     for (std::size_t sent = 0; sent < bytes.size();) {
-        const auto count = ::send(descriptor_, bytes.data() + sent, bytes.size() - sent, MSG_NOSIGNAL);
+        const auto count =
+            uninterrupted([&] { return ::send(descriptor_, bytes.data() + sent, bytes.size() - sent, MSG_NOSIGNAL); });
         if (count <= 0) { return; }
         sent += static_cast<std::size_t>(count);
     }
@@ -76,7 +87,8 @@ Bytes Wire::receive(std::size_t count) const {
     Bytes bytes(count);
     std::size_t received = 0;
     while (received < count) {
-        const auto got = ::recv(descriptor_, bytes.data() + received, count - received, 0);
+        const auto got =
+            uninterrupted([&] { return ::recv(descriptor_, bytes.data() + received, count - received, 0); });
         if (got <= 0) { break; }
         received += static_cast<std::size_t>(got);
     }
@@ -96,7 +108,7 @@ bool Wire::isReadable(std::chrono::milliseconds within) const {
 
 void Wire::awaitEnd() const {
     pollfd entry{descriptor_, POLLRDHUP, 0};
-    ::poll(&entry, 1, -1);
+    uninterrupted([&] { return ::poll(&entry, 1, -1); });
 }
 
 void Wire::reset() const {
@@ -144,7 +156,7 @@ void ScriptedPeer::awaitClosed(int count) const {
 
 void ScriptedPeer::play(const std::vector<Script>& scripts) {
     for (const Script& script : scripts) {
-        const int descriptor = ::accept(listener_, nullptr, nullptr);
+        const int descriptor = uninterrupted([&] { return ::accept(listener_, nullptr, nullptr); });
         if (descriptor == -1) { return; }
         present_ = descriptor;
         ++accepted_;
