@@ -68,7 +68,7 @@ int Wire::connectTo(const std::string& address) {
     const int descriptor = ::socket(AF_INET, SOCK_STREAM, 0);
     const auto port = static_cast<std::uint16_t>(std::stoi(address.substr(address.find(':') + 1)));
     const sockaddr_in peer = loopback(port);
-    if (::connect(descriptor, reinterpret_cast<const sockaddr*>(&peer), sizeof peer) != 0) {
+    if (::connect(descriptor, reinterpret_cast<const sockaddr*>(&peer), sizeof peer) != 0 && errno != EINTR) {
         throw std::runtime_error{"cannot connect to " + address};
     }
     return descriptor;
