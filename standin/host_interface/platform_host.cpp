@@ -3,6 +3,7 @@
 
 #include "host_interface/devices.h"
 #include "host_interface/failure.h"
+#include "platform/host_system.h"
 
 using namespace host_interface;
 using namespace platform_messages;
@@ -28,7 +29,8 @@ std::int32_t KvPlatform_addDevice(KvCErrorListPool& pool, const char* address, s
 }
 
 std::int32_t KvPlatform_removeDevice(KvCErrorListPool& pool, void* device) noexcept {
-    HandleTable<Device>::node_type removed; // its clients are deleted when the registry is no longer locked
+    const host_system::CancellationOff cancellationOff; // closing a connection is a cancellation point
+    HandleTable<Device>::node_type removed;             // its clients are deleted when the registry is no longer locked
     {
         Registry& all = registry();
         const std::lock_guard lock{all.mutex};

@@ -13,6 +13,10 @@
 #include "support/failing_memory.h"
 #include "support/pool.h"
 
+#if !defined(_WIN32)
+#include <pthread.h>
+#endif
+
 using namespace platform_messages;
 
 namespace {
@@ -339,3 +343,20 @@ TEST_F(Devices, OtherDevicesMayComeAndGoMeanwhile) {
     first.join();
     second.join();
 }
+
+#if !defined(_WIN32)
+TEST_F(Devices, AThreadIsNotCancelledWhileItRemovesOne) {
+    class ClosingClient : public KvCRpcClient {
+    public:
+        explicit ClosingClient(KvCErrorListPool& pool) : KvCRpcClient(pool, "127.0.0.1:1") {}
+        ~ClosingClient() override { ::pthread_testcancel(); } // as closing its connection does
+    };
+    ASSERT_EQ(KvHIM_registerRPCClient(pool_, device_, 6, new ClosingClient{pool_}), 0);
+    std::int32_t status = -1;
+    std::thread{[&] {
+        ::pthread_cancel(::pthread_self());
+        status = KvPlatform_removeDevice(pool_, device_);
+    }}.join();
+    EXPECT_EQ(status, 0);
+}
+#endif
