@@ -41,7 +41,6 @@ struct DirectoryIdentity {
     std::uint64_t file = 0;
     bool operator==(const DirectoryIdentity&) const = default;
 };
-std::optional<DirectoryIdentity> directoryIdentity(const std::u16string& path);
 
 struct DirectoryEntry {
     std::uint32_t attributes = 0; // of what a link leads to
@@ -60,7 +59,10 @@ public:
     /// False when the directory cannot be enumerated.
     bool opened() const { return state_ != nullptr; }
 
-    /// The next entry; none at the end and after an error, which lastError tells apart.
+    /// Of the directory that is enumerated; none when the system does not tell.
+    const std::optional<DirectoryIdentity>& identity() const { return identity_; }
+
+    /// The next entry, once it has opened; none at the end and after an error, which lastError tells apart.
     std::optional<DirectoryEntry> next();
 
     /// The system's error code once `next` gave none; kNoMoreFiles at the regular end.
@@ -69,6 +71,7 @@ public:
 private:
     struct State;
     std::unique_ptr<State> state_;
+    std::optional<DirectoryIdentity> identity_{};
     std::uint32_t lastError_ = 0;
 };
 

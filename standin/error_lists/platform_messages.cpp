@@ -51,8 +51,8 @@ constexpr Row kRows[] = {
     {kRpcParameterRefused, "The RPC client for the target %1 cannot set parameter %2 to %3."},
     {kRpcClientUnusable, "The RPC client for \"%1\" cannot be used. Check the address, and for lack of memory."},
 
-    {kTransferHandleUnknown, "The file-transfer handle names nothing. Check that neither it was deleted nor its device "
-                             "removed."},
+    {kTransferHandleUnknown,
+     "The file-transfer handle names nothing. Check that it was created and is not deleted yet."},
     {kTransferSourceUnreadable,
      "The file \"%1\" cannot be read. Check that it exists, is a regular file and may be read."},
     {kTransferSourceChanged, "The file \"%1\" changed while it was sent. Send it again when nothing writes to it."},

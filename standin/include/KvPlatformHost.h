@@ -94,7 +94,7 @@ KVPLATFORM_API std::uint32_t KvPlatform_entryArgumentCount(const KvCErrorListPoo
 /// @param pool the pool
 /// @param index 0 to count - 1
 /// @param argument 0 to argument count - 1
-/// @return the text; null for an index or argument outside
+/// @return the text; null for an index or argument outside, and when there is no memory
 KVPLATFORM_API const char* KvPlatform_entryArgument(const KvCErrorListPool& pool, std::uint32_t index,
                                                     std::uint32_t argument) noexcept;
 
@@ -104,7 +104,7 @@ KVPLATFORM_API const char* KvPlatform_entryArgument(const KvCErrorListPool& pool
 /// @return the text; null for an index outside, and when there is no memory
 KVPLATFORM_API const char* KvPlatform_entryText(const KvCErrorListPool& pool, std::uint32_t index) noexcept;
 
-/// Adds an entry of the host's own, without arguments.
+/// Adds an entry of the host's own, without arguments. It is lost when there is no memory for it.
 /// @param pool the pool
 /// @param code the message code
 KVPLATFORM_API void KvPlatform_addEntry(KvCErrorListPool& pool, std::uint32_t code) noexcept;
