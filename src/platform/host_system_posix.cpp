@@ -163,12 +163,6 @@ std::optional<FileStatus> fileStatus(const std::u16string& path) {
     return FileStatus{.size = sizeOf(*status), .modified = status->st_mtime};
 }
 
-std::optional<DirectoryIdentity> directoryIdentity(const std::u16string& path) {
-    const auto status = statusOf(path);
-    if (!status || !S_ISDIR(status->st_mode)) { return {}; }
-    return DirectoryIdentity{.volume = status->st_dev, .file = status->st_ino};
-}
-
 /// All entries are read at once: a walk would otherwise hold one descriptor for each level of a deep tree.
 struct DirectoryEnumeration::State {
     std::vector<DirectoryEntry> entries;
@@ -190,6 +184,12 @@ OpenDirectory openDirectory(const std::u16string& path) {
     return directory;
 }
 
+std::optional<DirectoryIdentity> identityOf(DIR* directory) {
+    struct stat status {};
+    if (::fstat(::dirfd(directory), &status) != 0) { return {}; }
+    return DirectoryIdentity{.volume = status.st_dev, .file = status.st_ino};
+}
+
 DirectoryEntry entryOf(DIR* directory, const std::string& name) {
     DirectoryEntry entry{.name = utf16FromUtf8(name)};
     std::replace(entry.name.begin(), entry.name.end(), u'\\', kUnreachable);
@@ -209,6 +209,7 @@ DirectoryEnumeration::DirectoryEnumeration(const std::u16string& directory) {
     const OpenDirectory opened = openDirectory(directory);
     if (!opened) { return; }
     state_ = std::make_unique<State>();
+    identity_ = identityOf(opened.get());
     errno = 0;
     while (const dirent* const entry = ::readdir(opened.get())) {
         state_->entries.push_back(entryOf(opened.get(), entry->d_name));

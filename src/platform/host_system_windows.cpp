@@ -94,13 +94,6 @@ std::optional<FileStatus> fileStatus(const std::u16string& path) {
     return FileStatus{.size = status->size, .modified = secondsSince1970(status->modified)};
 }
 
-std::optional<DirectoryIdentity> directoryIdentity(const std::u16string& path) {
-    const auto information = informationBehindLinks(path);
-    if (!information || (information->dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) == 0) { return {}; }
-    return DirectoryIdentity{.volume = information->dwVolumeSerialNumber,
-                             .file = joined(information->nFileIndexHigh, information->nFileIndexLow)};
-}
-
 struct DirectoryEnumeration::State {
     explicit State(std::u16string path) : directory(std::move(path)) {
         search = ::FindFirstFileW(wide(directory + u"\\*"), &found);
@@ -130,8 +123,19 @@ struct DirectoryEnumeration::State {
     bool first = true; // opening has found the first entry already
 };
 
+namespace {
+
+std::optional<DirectoryIdentity> identityOf(const std::u16string& directory) {
+    const auto information = informationBehindLinks(directory);
+    if (!information) { return {}; }
+    return DirectoryIdentity{.volume = information->dwVolumeSerialNumber,
+                             .file = joined(information->nFileIndexHigh, information->nFileIndexLow)};
+}
+
+} // namespace
+
 DirectoryEnumeration::DirectoryEnumeration(const std::u16string& directory)
-    : state_(std::make_unique<State>(directory)) {
+    : state_(std::make_unique<State>(directory)), identity_(identityOf(directory)) {
     if (state_->search == INVALID_HANDLE_VALUE) { state_.reset(); }
 }
 

@@ -6,15 +6,14 @@
 namespace applman {
 
 bool DirectoryWalk::passed(const host_system::DirectoryIdentity& identity) const {
-    return std::any_of(way_.begin(), way_.end(), [&](const Level& level) { return level.identity == identity; });
+    return std::any_of(way_.begin(), way_.end(),
+                       [&](const Level& level) { return level.entries.identity() == identity; });
 }
 
 bool DirectoryWalk::enter(std::u16string directory) {
-    const auto identity = host_system::directoryIdentity(directory);
-    if (identity && passed(*identity)) { return false; }
     host_system::DirectoryEnumeration entries{directory};
-    if (!entries.opened()) { return false; }
-    way_.push_back({std::move(directory), identity, std::move(entries)});
+    if (!entries.opened() || (entries.identity() && passed(*entries.identity()))) { return false; }
+    way_.push_back({std::move(directory), std::move(entries)});
     return true;
 }
 

@@ -32,7 +32,6 @@ public:
 private:
     struct Level {
         std::u16string path;
-        std::optional<host_system::DirectoryIdentity> identity;
         host_system::DirectoryEnumeration entries;
     };
 

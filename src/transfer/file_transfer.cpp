@@ -105,8 +105,9 @@ private:
                                 wideToMessageText(entry.name.c_str()), made);
         }
         const std::u16string child = normalizeHostPath(walk_.pathOf(entry).c_str());
-        const Status status = checkPaths(report_, child.c_str(), base.c_str());
-        return status == Status::ok ? enter(child, base + '/' + name) : status;
+        const std::string target = base + '/' + name;
+        const Status status = checkPaths(report_, child.c_str(), target.c_str());
+        return status == Status::ok ? enter(child, target) : status;
     }
 
     Status leave() {

@@ -1,8 +1,13 @@
 #include "transfer/host_path.h"
 
+#include <limits>
+
 #include <gtest/gtest.h>
 
 #include "transfer/temporary_tree.h"
+#if !defined(_WIN32)
+#include "support/time_zone.h"
+#endif
 
 namespace applman {
 namespace {
@@ -119,6 +124,21 @@ TEST(HostPath, TheModificationTimeOfAMissingFileIsZero) {
                 static_cast<double>(anHourAgo), 10.0);
     EXPECT_EQ(getFileModificationTime((tree.root / "missing").string()), 0);
 }
+
+#if !defined(_WIN32)
+TEST(HostPath, ATimeIsWrittenAsLocalTime) {
+    const TimeZone hosts{"STD-1"};
+    const std::pair<std::int64_t, const char*> times[] = {
+        {0, "1970-01-01 01:00:00"},
+        {-7200, "1969-12-31 23:00:00"},
+        {253'402'297'200, "10000-01-01 00:00:00"},
+        {std::numeric_limits<std::int64_t>::max(), "1970-01-01 01:00:00"}, // has no calendar time
+    };
+    for (const auto& [time, text] : times) {
+        EXPECT_EQ(formatLocalTime(time), text);
+    }
+}
+#endif
 
 } // namespace
 } // namespace applman
