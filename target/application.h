@@ -6,6 +6,8 @@
 #include <cstdint>
 #include <map>
 #include <optional>
+#include <string>
+#include <vector>
 
 #include "error_lists/error_list_access.h"
 #include "protocol/records.h"
@@ -35,6 +37,14 @@ struct GroupIdentity {
     bool none() const { return *this == GroupIdentity{}; }
 };
 
+/// An additional file, or a directory, that a host has registered for a process.
+struct AdditionalFile {
+    std::uint32_t fileType = 0;
+    std::string directory{}; // in the store
+    std::string name{};
+    std::string sourcePath{}; // on the host
+};
+
 struct Command;
 
 struct PendingCommand {
@@ -50,6 +60,7 @@ struct Application {
     AppState state = AppState::registered;
     std::uint32_t initialised = 0; // initialisation calls since the load
     Values values{};               // what hosts have written
+    std::vector<AdditionalFile> files{};
     std::optional<PendingCommand> pending{};
     std::optional<KvErrorListEntry> failure{}; // of the last command
 };

@@ -15,11 +15,9 @@ namespace {
 using namespace applman;
 
 constexpr std::int32_t kRefused = -1;
-constexpr std::uint32_t kManager = 0; // in place of a process
-constexpr std::size_t kMostProcesses = 4096;
+constexpr std::uint32_t kManager = 0;            // in place of a process
 constexpr std::size_t kMostFreeParameters = 256; // per process, under numbers that mean nothing to the target
 constexpr std::size_t kMostUnloaded = 1024;      // that are remembered
-constexpr std::uint32_t kHighestApplId = 0x7FFFFFFF;
 constexpr std::uint32_t kHighestOfEarlierRun = 0x3FFFFFFF;
 
 namespace command_state {
@@ -72,7 +70,7 @@ std::uint32_t applIdOf(const TApplManPairRequest& request) { return request.seco
 
 ApplicationManager::ApplicationManager(ApplicationManagerOptions options, const Store* store)
     : options_(std::move(options)), store_(store), startTime_(secondsSince1970()), groupWord_(randomWord()),
-      lastApplId_(highestEarlierId(store)) {}
+      lastApplId_(highestEarlierId(store)), flash_(options_.flashApplications) {}
 
 template <auto kMember, class Request>
 kvrpc::RpcReply ApplicationManager::serve(ApplicationManager& manager, std::span<const std::uint8_t> arguments) {
@@ -99,8 +97,20 @@ kvrpc::RpcReply ApplicationManager::answer(std::uint32_t procedure, std::span<co
         {kGetParam, serve<&Manager::getParameter, TApplManGetParamRequest>},
         {kGetApplications, serve<&Manager::processesInState, TApplManRequest>},
         {kLoadApplComplete, serve<&Manager::command<kLoadApplComplete, TApplManRequest>, TApplManRequest>},
+        {kAddFile2, serve<&Manager::addFileRecord, TApplManAddFileRequest2>},
+        {kAddFile, serve<&Manager::addFile, TApplManAddFileRequest>},
+        {kGetFileList, serve<&Manager::fileList, TApplManRequest>},
         {kOpenGroup, serve<&Manager::openGroup, TApplManOpenGroupRequest>},
         {kRegisterAppl, serve<&Manager::registerProcess, TApplManRegisterRequest>},
+        {kGetCoreIds, serve<&Manager::coreIds, TApplManPairRequest>},
+        {kRemoveFile, serve<&Manager::removeFileOf, TApplManRemoveFileRequest>},
+        {kPauseAppl, serve<&Manager::command<kPauseAppl, TApplManPairRequest>, TApplManPairRequest>},
+        {kStepAppl, serve<&Manager::command<kStepAppl, TApplManPairRequest>, TApplManPairRequest>},
+        {kGetFlashApplications, serve<&Manager::flashList, TApplManPairRequest>},
+        {kGetFlashParam, serve<&Manager::getFlashParameter, TApplManRequest>},
+        {kSetFlashParam, serve<&Manager::setFlashParameter, TApplManSetFlashParamRequest>},
+        {kLoadFlashAppl, serve<&Manager::loadFlash, TApplManFlashRequest>},
+        {kClearFlashAppl, serve<&Manager::clearFlash, TApplManFlashRequest>},
         {kTerminateAppl, serve<&Manager::command<kTerminateAppl, TApplManPairRequest>, TApplManPairRequest>},
     };
     if (options_.lackedProcedures.contains(procedure)) {
@@ -174,7 +184,7 @@ Failure ApplicationManager::accept(const Command& command, std::uint32_t applId)
 TApplManResult ApplicationManager::commandState(const TApplManRequest& request) {
     using namespace command_state;
     const std::uint32_t applId = applIdOf(request);
-    if (applId == kManager) { return {.result = kDone}; }
+    if (applId == kManager) { return {.result = flashLoad_ ? kBusy : kDone}; }
     const Application* const process = find(applId);
     if (process != nullptr) {
         return process->pending ? TApplManResult{.result = kBusy} : resultOf(process->failure, kFailed);
@@ -184,6 +194,7 @@ TApplManResult ApplicationManager::commandState(const TApplManRequest& request) 
 }
 
 void ApplicationManager::carryOutWhatIsDue() {
+    carryOutFlashLoad();
     const auto now = Clock::now();
     for (auto entry = applications_.begin(); entry != applications_.end();) {
         Application& process = entry->second;

@@ -6,13 +6,17 @@
 #include <deque>
 #include <map>
 #include <mutex>
+#include <optional>
 #include <set>
 #include <span>
+#include <string>
 
 #include "protocol/records.h"
 #include "rpc_server/rpc_server.h"
+#include "target/additional_files.h"
 #include "target/application.h"
 #include "target/commands.h"
+#include "target/flash_memory.h"
 #include "target/parameters.h"
 #include "target/store.h"
 
@@ -25,6 +29,18 @@ struct ApplicationManagerOptions {
     std::chrono::milliseconds commandDelay;
     std::set<std::uint32_t> lackedProcedures;
     std::set<std::uint32_t> lackedParameters;
+    std::set<std::uint32_t> lackedFileTypes;
+    std::map<std::uint32_t, std::string> flashApplications;
+    std::uint32_t coreCount;
+};
+
+inline constexpr std::size_t kMostProcesses = 4096;
+inline constexpr std::uint32_t kHighestApplId = 0x7FFFFFFF;
+
+/// A flash application that is being loaded.
+struct PendingFlashLoad {
+    std::string name;
+    Clock::time_point due;
 };
 
 /// May be asked by several threads at once.
@@ -42,6 +58,16 @@ private:
     applman::TApplManValueResult getParameter(const applman::TApplManGetParamRequest& request);
     applman::TApplManValueResult processesInState(const applman::TApplManRequest& request);
     applman::TApplManResult commandState(const applman::TApplManRequest& request);
+    applman::TApplManCoreIdResult coreIds(const applman::TApplManPairRequest& request);
+    applman::TApplManAddFileResult addFile(const applman::TApplManAddFileRequest& request);
+    applman::TApplManAddFileResult addFileRecord(const applman::TApplManAddFileRequest2& request);
+    applman::TApplManFileListResult fileList(const applman::TApplManRequest& request);
+    applman::TApplManResult removeFileOf(const applman::TApplManRemoveFileRequest& request);
+    applman::TApplManFlashListResult flashList(const applman::TApplManPairRequest& request);
+    applman::TApplManValueResult getFlashParameter(const applman::TApplManRequest& request);
+    applman::TApplManResult setFlashParameter(const applman::TApplManSetFlashParamRequest& request);
+    applman::TApplManResult loadFlash(const applman::TApplManFlashRequest& request);
+    applman::TApplManResult clearFlash(const applman::TApplManFlashRequest& request);
     template <std::uint32_t kProcedure, class Request>
     applman::TApplManResult command(const Request& request);
 
@@ -49,6 +75,9 @@ private:
     template <auto kMember, class Request>
     static kvrpc::RpcReply serve(ApplicationManager& manager, std::span<const std::uint8_t> arguments);
 
+    applman::TApplManAddFileResult add(std::uint32_t applId, const FileRequest& request);
+    std::set<std::uint32_t> coresInUse() const;
+    void startFromFlash(const std::string& name);
     Failure refusalOfRegistration(const applman::TApplManRegisterRequest& request) const;
     Failure accept(const Command& command, std::uint32_t applId);
     Failure store(const applman::TApplManSetParamRequest& request);
@@ -57,6 +86,7 @@ private:
     Application* find(std::uint32_t applId);
     void carryOutWhatIsDue();
     void rememberUnloaded(std::uint32_t applId);
+    void carryOutFlashLoad();
     CommandSetting setting() const { return {store_, options_.initialisationCalls}; }
     ManagerFacts facts() const;
 
@@ -71,6 +101,8 @@ private:
     std::map<std::uint32_t, Application> applications_{}; // by ID
     std::deque<std::uint32_t> unloaded_{};                // processes that were unloaded lately
     Values values_{};                                     // the manager's own
+    FlashMemory flash_;
+    std::optional<PendingFlashLoad> flashLoad_{};
 };
 
 } // namespace simulated_target

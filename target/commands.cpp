@@ -46,6 +46,8 @@ constexpr Command kCommands[] = {
     {applman::kStopAppl, "stop", in(running) | in(paused), stopped, false, nullptr, nullptr},
     {applman::kApplyAppl, "apply", in(loaded), ready, false, notYetInitialised, nullptr},
     {applman::kLoadApplComplete, "load completely", kAtRest, ready, false, nullptr, load},
+    {applman::kPauseAppl, "pause", in(running), paused, false, nullptr, nullptr},
+    {applman::kStepAppl, "step", in(paused), paused, false, nullptr, nullptr},
     {applman::kTerminateAppl, "terminate", kWithBinary, registered, false, nullptr, nullptr},
 };
 

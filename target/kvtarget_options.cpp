@@ -59,6 +59,13 @@ void setDelay(Options& options, const std::string& option, const std::string& va
     options.commandDelay = std::chrono::milliseconds{parseNumber<std::uint32_t>(option, value)};
 }
 
+/// "ID" or "ID:NAME".
+void addFlashApplication(Options& options, const std::string& option, const std::string& value) {
+    const std::size_t colon = value.find(':');
+    const auto id = parseNumber<std::uint32_t>(option, value.substr(0, colon));
+    options.flashApplications[id] = colon == std::string::npos ? "flash" + std::to_string(id) : value.substr(colon + 1);
+}
+
 struct OptionRow {
     const char* name;
     void (*set)(Options& options, const std::string& option, const std::string& value);
@@ -73,6 +80,9 @@ constexpr OptionRow kOptions[] = {
     {"--delay", setDelay},
     {"--lack-procedure", addWord<&Options::lackedProcedures>},
     {"--lack-parameter", addWord<&Options::lackedParameters>},
+    {"--lack-file-type", addWord<&Options::lackedFileTypes>},
+    {"--flash", addFlashApplication},
+    {"--cores", setWord<&Options::coreCount>},
 };
 
 const OptionRow& findOption(const std::string& name) {
@@ -97,6 +107,9 @@ Prints "kvtarget listening on ADDRESS:PORT" when it is ready; ends on SIGTERM an
   --delay MILLISECONDS     time that it takes for a command (20)
   --lack-procedure NUMBER  a procedure that it does not offer; may be repeated
   --lack-parameter NUMBER  a target parameter that it does not know; may be repeated
+  --lack-file-type NUMBER  a type of additional files that it does not know; may be repeated
+  --flash ID[:NAME]        an application in its flash memory; may be repeated
+  --cores NUMBER           number of its processor cores (4)
   --help                   shows this
 )";
 

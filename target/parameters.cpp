@@ -12,7 +12,6 @@ using applman::TApplManValue;
 using applman::Text;
 using Words = std::vector<std::uint32_t>;
 
-constexpr std::uint32_t kFileName = 5; // as the host announces it
 constexpr const char* kDescription = "Simulated target";
 
 template <class Arm>

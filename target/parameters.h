@@ -39,5 +39,6 @@ std::string binaryDirectory(const Application& process);
 std::string binaryName(const Application& process);
 
 inline constexpr const char* kApplicationsDirectory = "applications";
+inline constexpr std::uint32_t kFileName = 5; // the name of the binary, as the host announces it
 
 } // namespace simulated_target

@@ -4,6 +4,7 @@
 #include <chrono>
 #include <cstdint>
 #include <filesystem>
+#include <map>
 #include <memory>
 #include <set>
 #include <string>
@@ -21,9 +22,12 @@ struct Options {
     std::uint32_t initialisationCalls = 1; // parameter 31; 0 = complete load
     std::uint32_t commandTimeout = 10;     // parameter 40, seconds
     std::chrono::milliseconds commandDelay{20};
-    std::set<std::uint32_t> lackedProcedures{}; // answered as procedures that are not offered
-    std::set<std::uint32_t> lackedParameters{}; // refused with 0x14a00804
-    bool recordRequests = true;                 // the record grows until it is forgotten
+    std::set<std::uint32_t> lackedProcedures{};               // answered as procedures that are not offered
+    std::set<std::uint32_t> lackedParameters{};               // refused with 0x14a00804
+    std::set<std::uint32_t> lackedFileTypes{};                // refused with 0x14a01077
+    std::map<std::uint32_t, std::string> flashApplications{}; // names by ID
+    std::uint32_t coreCount = 4;                              // processor cores, numbered from 1
+    bool recordRequests = true;                               // the record grows until it is forgotten
 };
 
 /// A call that arrived for the application-manager program.

@@ -46,6 +46,9 @@ public:
     /// Makes a directory and those above it. One that is there already is made.
     bool makeDirectory(const StorePath& directory) const;
 
+    /// Removes a file, or a directory with all that is in it. One that is not there is removed.
+    bool remove(const StorePath& directory, const std::string& name) const;
+
     bool holdsFile(const StorePath& directory, const std::string& name) const;
 
     /// The names of the directories in a directory; none when that is not there.

@@ -1,8 +1,11 @@
 #include "target/store.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <dirent.h>
 #include <fcntl.h>
+#include <optional>
+#include <string_view>
 #include <sys/stat.h>
 #include <system_error>
 #include <unistd.h>
@@ -52,6 +55,37 @@ Descriptor openDirectory(const Descriptor& root, const StorePath& path, Missing 
         directory = Descriptor{openat(directory.number(), name.c_str(), kDirectoryFlags)};
     }
     return directory;
+}
+
+struct CloseListing {
+    void operator()(DIR* listing) const noexcept { closedir(listing); }
+};
+
+/// The names in a directory but "." and "..".
+std::optional<std::vector<std::string>> namesIn(const Descriptor& directory) {
+    const int listed = openat(directory.number(), ".", kDirectoryFlags);
+    const std::unique_ptr<DIR, CloseListing> listing{fdopendir(listed)};
+    if (!listing) {
+        const Descriptor closed{listed};
+        return {};
+    }
+    std::vector<std::string> names;
+    while (const dirent* const entry = readdir(listing.get())) {
+        const std::string_view name = entry->d_name;
+        if (name != "." && name != "..") { names.emplace_back(name); }
+    }
+    return names;
+}
+
+/// Each level holds a descriptor, so a tree that is too deep for them is a failure like any other.
+bool removeAt(const Descriptor& parent, const std::string& name) {
+    if (unlinkat(parent.number(), name.c_str(), 0) == 0 || errno == ENOENT) { return true; }
+    const Descriptor directory{openat(parent.number(), name.c_str(), kDirectoryFlags)};
+    if (!directory.valid()) { return false; }
+    const auto names = namesIn(directory);
+    const bool emptied = names && std::all_of(names->begin(), names->end(),
+                                              [&](const std::string& child) { return removeAt(directory, child); });
+    return emptied && unlinkat(parent.number(), name.c_str(), AT_REMOVEDIR) == 0;
 }
 
 } // namespace
@@ -121,6 +155,11 @@ bool Store::makeDirectory(const StorePath& directory) const {
     return openDirectory(state_->root, directory, Missing::isMade).valid();
 }
 
+bool Store::remove(const StorePath& directory, const std::string& name) const {
+    const Descriptor opened = openDirectory(state_->root, directory, Missing::fails);
+    return opened.valid() ? removeAt(opened, name) : errno == ENOENT;
+}
+
 bool Store::holdsFile(const StorePath& directory, const std::string& name) const {
     const Descriptor opened = openDirectory(state_->root, directory, Missing::fails);
     struct stat status {};
@@ -131,18 +170,12 @@ bool Store::holdsFile(const StorePath& directory, const std::string& name) const
 std::vector<std::string> Store::directoriesIn(const StorePath& directory) const {
     const Descriptor opened = openDirectory(state_->root, directory, Missing::fails);
     if (!opened.valid()) { return {}; }
-    const int listed = openat(opened.number(), ".", kDirectoryFlags);
-    const std::unique_ptr<DIR, int (*)(DIR*)> listing{fdopendir(listed), closedir};
-    if (!listing) {
-        const Descriptor closed{listed};
-        return {};
-    }
     std::vector<std::string> names;
-    while (const dirent* const entry = readdir(listing.get())) {
+    for (std::string& name : namesIn(opened).value_or(std::vector<std::string>{})) {
         struct stat status {};
         const bool isDirectory =
-            fstatat(opened.number(), entry->d_name, &status, AT_SYMLINK_NOFOLLOW) == 0 && S_ISDIR(status.st_mode);
-        if (isDirectory && isStoreName(entry->d_name)) { names.emplace_back(entry->d_name); }
+            fstatat(opened.number(), name.c_str(), &status, AT_SYMLINK_NOFOLLOW) == 0 && S_ISDIR(status.st_mode);
+        if (isDirectory && isStoreName(name)) { names.push_back(std::move(name)); }
     }
     return names;
 }

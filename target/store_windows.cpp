@@ -113,6 +113,15 @@ bool Store::makeDirectory(const StorePath& directory) const {
     return findDirectory(state_->root, directory, Missing::isMade).has_value();
 }
 
+bool Store::remove(const StorePath& directory, const std::string& name) const {
+    const auto found = findDirectory(state_->root, directory, Missing::fails);
+    const auto file = toPath(name);
+    if (!found || !file) { return !found; }
+    std::error_code failure;
+    std::filesystem::remove_all(*found / *file, failure);
+    return !failure;
+}
+
 bool Store::holdsFile(const StorePath& directory, const std::string& name) const {
     const auto found = findDirectory(state_->root, directory, Missing::fails);
     const auto file = toPath(name);

@@ -17,8 +17,9 @@ std::optional<Store> openStore(const std::filesystem::path& folder) {
 }
 
 ApplicationManagerOptions managerOptions(const Options& options) {
-    return {options.cnSerialNumber, options.initialisationCalls, options.commandTimeout,
-            options.commandDelay,   options.lackedProcedures,    options.lackedParameters};
+    return {options.cnSerialNumber,  options.initialisationCalls, options.commandTimeout,
+            options.commandDelay,    options.lackedProcedures,    options.lackedParameters,
+            options.lackedFileTypes, options.flashApplications,   options.coreCount};
 }
 
 kvrpc::RpcReply versionMismatch(std::uint32_t offered) {
