@@ -102,7 +102,7 @@ Failure readReply(ByteSpan record, XdrRoutine decode, void* result) {
     const ReplyHead head = parseReply(record);
     const auto status = static_cast<std::int32_t>(head.status);
     if (head.kind == ReplyHead::Kind::malformed) { return {Failure::Kind::malformed}; }
-    if (head.kind == ReplyHead::Kind::denied) { return {Failure::Kind::callRefused, kDenied + status}; }
+    if (head.kind == ReplyHead::Kind::denied) { return {Failure::Kind::callDenied, status}; }
     if (head.status != static_cast<std::uint32_t>(AcceptStatus::success)) {
         return {Failure::Kind::callRefused, status};
     }

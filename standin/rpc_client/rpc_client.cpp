@@ -50,6 +50,7 @@ Result resultOf(const Failure& failure) noexcept {
     case Failure::Kind::malformed:
         return kBadReply;
     case Failure::Kind::callRefused:
+    case Failure::Kind::callDenied:
         return kRefused;
     case Failure::Kind::notEncoded:
         return kNotEncoded;

@@ -18,7 +18,8 @@ struct Failure {
         callTimedOut,
         lost,
         malformed,
-        callRefused, // detail: RPC status
+        callRefused, // detail: accept status
+        callDenied,  // detail: reject status
         notEncoded,
         unusable, // no address, or no memory
     };
@@ -27,9 +28,6 @@ struct Failure {
 
     explicit operator bool() const noexcept { return kind != Kind::none; }
 };
-
-/// Added to the reason with which a target denies a call altogether, to tell it from an accept status.
-inline constexpr std::int32_t kDenied = 100;
 
 /// Adds the message of a failure.
 void report(KvCErrorListPool& pool, const char* operation, const std::string& address, std::uint32_t procedure,
