@@ -1,21 +1,22 @@
 /// @file
 /// The application manager access point: brings real-time applications onto real-time targets and controls them there.
 ///
-/// Conventions that hold for every function:
+/// Conventions that hold for every function (KvApplMan_freeApplInfoList has neither a result nor a pool):
 ///
 /// - Result: 0 on success. A negative number is a failure; what it stands for is listed with each function. A result of
 ///   the host interface library that is passed through can be any number, positive ones too, so test for "not 0".
-/// - Messages: the first argument is an error-list pool. Every failure adds at least one message there, innermost first;
-///   the target's own messages arrive there too, also with a success (warnings). Some functions empty the whole pool,
-///   entries of the host's own included, when they tolerate what the target cannot answer; they say so.
+/// - Messages: the first argument is an error-list pool. Every failure adds at least one message there, innermost first,
+///   unless the function says otherwise; the target's own messages arrive there too, also with a success (warnings). Some
+///   functions empty the whole pool, entries of the host's own included, when they tolerate what the target cannot
+///   answer; they say so.
 /// - Handles: a device handle names one target. An access-restriction handle yields the access ID that goes with every
 ///   request. Both belong to the host interface library. A handle that is null or of no use gives code 1024 and -100, or
 ///   code 0x12500044 and -100 when the device is gone.
 /// - Connection: the first call for a device connects its command channel (up to 5 seconds); later calls share it. A
 ///   device whose channel cannot be set up gives -180.
 /// - Blocking: a call to the target waits for its reply up to 15 seconds; then, like any call that fails, it gives code
-///   0x1250000a and -185. Commands that the target carries out by itself are waited for as long as the target's command
-///   timeout allows.
+///   0x1250000a and -185, unless the function says otherwise. Commands that the target carries out by itself are waited
+///   for as long as the target's command timeout allows.
 /// - Threads: every function may be called from any thread, and for several devices or for the same one at a time. Calls
 ///   that use the same pool or the same group handle must not overlap. A thread is not cancelled inside a call.
 /// - Texts: zero-terminated UTF-8. Host paths may use the host's separators.
@@ -76,8 +77,8 @@ extern "C" {
 ///        failure, but untouched when an argument is missing
 /// @return 0; -100: an argument is missing, there is no device, an access-restriction handle is of no use (code 1024),
 ///         or there are more than 128 slots (0x1250004d); -180: no command channel; -200: the target has no groups and
-///         there is more than one slot; -840: the target refused, a serial number or an address could not be read, or
-///         memory ran out (0x12500045, 0x12500048)
+///         there is more than one slot; -840: the target refused or did not answer, a serial number or an address could
+///         not be read, or memory ran out (0x12500045, 0x12500048)
 KVAPPLMAN_API std::int32_t KvApplMan_createApplGroupHandle_2(KvCErrorListPool& pool, void* const* devHandles,
                                                              void* const* accessResHandles, std::uint32_t devCount,
                                                              KvSApplGroupHandle** groupHandle) noexcept;
@@ -90,8 +91,9 @@ KVAPPLMAN_API std::int32_t KvApplMan_deleteApplGroupHandle(KvCErrorListPool& poo
                                                            KvSApplGroupHandle* groupHandle) noexcept;
 
 /// Registers one application process of a group with the target of its slot. Numbers are registered in ascending order;
-/// empty slots are left out. The host's time is sent to the target first, and the group's serial numbers and addresses
-/// to the new process afterwards; a target that cannot take those is tolerated, and the pool is then emptied.
+/// empty slots are left out. The host's time is sent to the target first, whether it takes it or not, and the group's
+/// serial numbers and addresses to the new process afterwards. The pool is emptied when the target does not know those,
+/// which is tolerated, and when its own serial number is taken from the device list, as for the group.
 /// @param pool receives messages
 /// @param devHandle the device of the slot
 /// @param accessResHandle yields the access ID
@@ -99,10 +101,11 @@ KVAPPLMAN_API std::int32_t KvApplMan_deleteApplGroupHandle(KvCErrorListPool& poo
 /// @param applNo number of the slot, 1 to applCount
 /// @param applId receives the application ID by which every later call names the process; set to 0 first; it holds the
 ///        new ID also when only the last step, writing the group's data to the process, failed
-/// @return 0; -100: an argument is missing or a handle is of no use; -110: the number is out of turn (0x12500049), the
-///         device is not that of the slot (0x1250004b) or its serial number cannot be read (0x1250004a), or the target
-///         refused; -176: the target refused the group's data; -180: no command channel; -185: a call failed, or the
-///         target does not offer registration (0x12500034); -245: no access-restriction handle for the process
+/// @return 0; -100: an argument is missing, a handle is of no use, or the target gave no application ID; -110: the number
+///         is out of turn (0x12500049), the device is not that of the slot (0x1250004b) or its serial number cannot be
+///         read (0x1250004a), or the target refused or did not answer; -176: the target refused the group's data; -180:
+///         no command channel; -185: the group's data could not be sent, or the target does not offer registration
+///         (0x12500034); -245: no access-restriction handle for the process, or it could not be deleted
 KVAPPLMAN_API std::int32_t KvApplMan_registerAppl_2(KvCErrorListPool& pool, void* devHandle, void* accessResHandle,
                                                     KvSApplGroupHandle* groupHandle, std::uint32_t applNo,
                                                     std::uint32_t* applId) noexcept;
@@ -242,9 +245,9 @@ KVAPPLMAN_API std::int32_t KvApplMan_unloadAppl(KvCErrorListPool& pool, void* de
 /// @param size in: bytes of buffer, which must be exactly the number above where there is one. Out: for texts unchanged
 ///        on success and the bytes needed (with the terminating zero) on -200; for words, and for item 16, the bytes of
 ///        the value on success and on -200
-/// @return 0; -100: size is null, buffer is null with a size above 0, or a handle is of no use; -175: the target did not
-///         answer; -180: no command channel; -185: the call failed; -200: size is not that of the item, negative or too
-///         small; -204: the target answered with another type; -205: unknown infoId
+/// @return 0; -100: size is null, buffer is null with a size above 0, a handle is of no use, or memory ran out for item 16
+///         (0x12500051); -175: the target did not answer; -180: no command channel; -185: the call failed; -200: size is
+///         not that of the item, negative or too small; -204: the target answered with another type; -205: unknown infoId
 KVAPPLMAN_API std::int32_t KvApplMan_getApplInfo(KvCErrorListPool& pool, void* devHandle, void* accessResHandle,
                                                  std::uint32_t applId, std::uint32_t infoId, void* buffer,
                                                  std::int32_t* size) noexcept;
@@ -337,10 +340,10 @@ KVAPPLMAN_API std::int32_t KvApplMan_getAvailableCoreIDs(KvCErrorListPool& pool,
 /// @param progressCallback called on the calling thread; may be null. It may call functions of this library, with
 ///        another pool
 /// @param userData handed to progressCallback; may be null
-/// @param additionalInfo handed to the target; may be null
+/// @param additionalInfo handed to the target, unless it offers the older request only; may be null
 /// @return 0; -100: an argument is missing, a handle is of no use or memory ran out; -180: no command channel; -185: the
-///         call failed; -190, -191, -195: the transfer failed; -830: there is no such source; -832: the target refused,
-///         named no place for the file, or knows no directories (0x12500022)
+///         call failed; -190, -191, -195: the transfer failed; -830: there is no such file, or directory for type 512;
+///         -832: the target refused, named no place for the file, or knows no directories (0x12500022)
 KVAPPLMAN_API std::int32_t KvApplMan_loadFileUtf8(KvCErrorListPool& pool, void* devHandle, void* accessResHandle,
                                                   std::uint32_t applId, const char* sourcePathUtf8,
                                                   const char* targetPathUtf8, const char* targetNameUtf8,
@@ -353,7 +356,8 @@ KVAPPLMAN_API std::int32_t KvApplMan_loadFileUtf8(KvCErrorListPool& pool, void* 
 /// @param devHandle the target
 /// @param accessResHandle yields the access ID
 /// @param applId the process, not 0
-/// @param fileCount in: elements of fileInfoList. Out: the number of files once the target has answered; 0 before
+/// @param fileCount in: elements of fileInfoList. Out: the number of files, on success and with 0x12500027; 0 otherwise,
+///        but untouched when an argument is missing
 /// @param fileInfoList receives the files; set to zeros first; may be null when fileCount is 0
 /// @return 0; -100: an argument is missing or a handle is of no use; -180: no command channel; -185: the call failed;
 ///         -833: fileCount is too small (0x12500027, nothing is copied) or the target refused (0x1250002c)

@@ -44,7 +44,7 @@ TimeText zoneText(std::int64_t now, std::tm utc, const std::tm& local) {
     utc.tm_isdst = local.tm_isdst;
     const auto offset = static_cast<std::int32_t>(now - host_system::timeFromLocal(utc)); // seconds
     TimeText text{};
-    std::snprintf(text.data(), text.size(), "%+03d:%02d", offset / 3600, std::abs(offset) % 3600 / 60);
+    std::snprintf(text.data(), text.size(), "%+03d:%02d", offset / 3600, std::abs(offset % 3600) / 60);
     return text;
 }
 

@@ -1,7 +1,8 @@
 // Registering the application processes of a group.
-#include <array>
 #include <cstdint>
 #include <new>
+#include <utility>
+#include <vector>
 
 #include "api/KvApplicationManagerAP.h"
 #include "api/host_time.h"

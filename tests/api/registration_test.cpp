@@ -3,6 +3,9 @@
 #include "host_interface/test_hooks.h"
 #include "protocol/procedure_numbers.h"
 #include "support/one_target.h"
+#if !defined(_WIN32)
+#include "support/time_zone.h"
+#endif
 
 using namespace applman;
 
@@ -118,6 +121,45 @@ TEST_F(Registration, ATargetThatTakesNoTimeGetsItAnotherWay) {
     EXPECT_EQ(time.find_first_not_of("0123456789."), std::string::npos);
     EXPECT_EQ(time[12], '.');
 }
+
+#if !defined(_WIN32)
+TEST_F(Registration, TheTimeIsSentAsUtcWithTheOffsetOfTheHostsZone) {
+    const std::pair<const char*, const char*> zones[] = {
+        {"STD0", "+00:00"},
+        {"STD-14", "+14:00"},
+        {"STD12", "-12:00"},
+        {"STD3:30", "-03:30"},
+        {"STD-5:45", "+05:45"},
+        {"STD0:30", "+00:30"},               // the sign is that of the whole hours
+        {"STD-1DST,J1/0,J365/48", "+02:00"}, // daylight saving time all the year
+        {"STD3:30DST,J1/0,J365/48", "-02:30"},
+        {"STD-10:30DST-11,J1/0,J365/48", "+11:00"},
+    };
+    for (const auto& [zone, offset] : zones) {
+        const TimeZone hosts{zone};
+        group.lastApplNo = 0;
+        t.target.forgetRequests();
+        ASSERT_EQ(registerNo(1), 0);
+        const auto time = request<TApplManSetParamRequest>(1);
+        const auto& texts = std::get<kTagTexts>(time.value);
+        std::tm date{};
+        const char* const end = ::strptime(texts.at(0)->c_str(), "%a, %d %b %Y %H:%M:%S GMT", &date);
+        ASSERT_TRUE(end != nullptr && *end == '\0') << *texts[0];
+        EXPECT_NEAR(static_cast<double>(::timegm(&date)), static_cast<double>(std::time(nullptr)), 60.0) << zone;
+        EXPECT_EQ(*texts.at(1), offset) << zone;
+    }
+}
+
+TEST_F(Registration, TheOtherWayOfTheTimeIsLocal) {
+    const TimeZone hosts{"STD3:30DST,J1/0,J365/48"};
+    t.target.script(kSetParam, wire::result(-1, {0x14a00803}));
+    ASSERT_EQ(registerNo(1), 0);
+    std::tm local{};
+    ::strptime(t.target.hostTime().c_str(), "%Y%m%d%H%M.%S", &local);
+    constexpr double kAhead = -2.5 * 3600;
+    EXPECT_NEAR(static_cast<double>(::timegm(&local)), static_cast<double>(std::time(nullptr)) + kAhead, 60.0);
+}
+#endif
 
 TEST_F(Registration, WhateverElseBecomesOfTheTimeIsShownAndGoesOn) {
     t.target.script(kSetParam, wire::failedCall());
