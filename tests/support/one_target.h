@@ -2,6 +2,7 @@
 #pragma once
 
 #include <filesystem>
+#include <random>
 #include <string>
 #include <vector>
 
@@ -39,10 +40,9 @@ using Messages = std::vector<std::string>;
 class TemporaryFolder {
 public:
     TemporaryFolder() {
-        std::string name = (std::filesystem::temp_directory_path() / "kvtest-XXXXXX").string();
-        static int count = 0;
-        path_ = name + std::to_string(reinterpret_cast<std::uintptr_t>(this)) + "-" + std::to_string(++count);
-        std::filesystem::create_directories(path_);
+        do { // several test programs may ask at once
+            path_ = std::filesystem::temp_directory_path() / ("kvtest-" + std::to_string(std::random_device{}()));
+        } while (!std::filesystem::create_directory(path_));
     }
     ~TemporaryFolder() {
         std::error_code ignored;
