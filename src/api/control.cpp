@@ -18,10 +18,10 @@ struct Command {
     Status failure; // of a refusal, and of a command that fails or runs out of time
 };
 
-const Command<TApplManRequest> kStart{APPLMAN_START_APPL, Msg::cannotStart, Status::start};
-const Command<TApplManRequest> kStop{APPLMAN_STOP_APPL, Msg::cannotStop, Status::stop};
-const Command<TApplManPairRequest> kTerminate{APPLMAN_TERMINATE_APPL, Msg::cannotTerminate, Status::terminate};
-const Command<TApplManRequest> kUnload{APPLMAN_UNLOAD_APPL, Msg::cannotUnload, Status::unload};
+constexpr Command<TApplManRequest> kStart{APPLMAN_START_APPL, Msg::cannotStart, Status::start};
+constexpr Command<TApplManRequest> kStop{APPLMAN_STOP_APPL, Msg::cannotStop, Status::stop};
+constexpr Command<TApplManPairRequest> kTerminate{APPLMAN_TERMINATE_APPL, Msg::cannotTerminate, Status::terminate};
+constexpr Command<TApplManRequest> kUnload{APPLMAN_UNLOAD_APPL, Msg::cannotUnload, Status::unload};
 
 template <class Request>
 Status runCommand(const Reporter& report, KV_RPC_PROG_APPLMAN_HOST2Client& client, std::uint32_t accessId,
