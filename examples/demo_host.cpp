@@ -2,11 +2,9 @@
 // away again: demo_host ADDRESS1 FILE1 ADDRESS2 FILE2
 
 #include <array>
-#include <chrono>
 #include <cstddef>
 #include <cstdint>
 #include <cstdio>
-#include <exception>
 #include <optional>
 #include <stdexcept>
 #include <string>
@@ -15,6 +13,7 @@
 #include "KvApplicationManagerAP.h"
 #include "kv_handles.h"
 #include "progress_line.h"
+#include "steps.h"
 
 namespace {
 
@@ -196,12 +195,7 @@ void unload(Demo& demo) {
 
 void deleteGroup(Demo& demo) { demo.group.reset(); }
 
-struct Step {
-    const char* name;
-    void (*run)(Demo&);
-};
-
-constexpr Step kSteps[] = {
+constexpr Step<Demo> kSteps[] = {
     {"Create the group", createGroup},
     {"Register", registerProcesses},
     {"Download", download},
@@ -212,27 +206,6 @@ constexpr Step kSteps[] = {
     {"Delete the group", deleteGroup},
 };
 
-void runSteps(Demo& demo) {
-    using Milliseconds = std::chrono::duration<double, std::milli>;
-    std::vector<Milliseconds> times;
-    for (const Step& step : kSteps) {
-        std::puts(step.name);
-        const auto begin = std::chrono::steady_clock::now();
-        step.run(demo);
-        times.push_back(std::chrono::steady_clock::now() - begin);
-    }
-
-    std::puts("How long it took");
-    for (std::size_t i = 0; i < times.size(); ++i)
-        std::printf("  %-18s %10.1f ms\n", kSteps[i].name, times[i].count());
-}
-
-void tellFailure(const Pool& pool, const char* what) {
-    std::fflush(stdout);
-    std::fprintf(stderr, "%s. The messages, innermost first:\n", what);
-    printMessages(pool, stderr);
-}
-
 } // namespace
 
 int main(int argumentCount, char** arguments) {
@@ -241,13 +214,5 @@ int main(int argumentCount, char** arguments) {
         return 2;
     }
 
-    const Pool pool;
-    try {
-        Demo demo(pool, arguments + 1);
-        runSteps(demo);
-        return 0;
-    } catch (const std::exception& failure) {
-        tellFailure(pool, failure.what());
-        return 1;
-    }
+    return runDemo(kSteps, arguments + 1);
 }
