@@ -1,4 +1,6 @@
 // The application-manager program: groups, states, commands, parameters.
+#include <array>
+
 #include "target/target_calls.h"
 
 namespace simulated_target {
@@ -55,16 +57,16 @@ TEST_F(Processes, AcceptACommandInItsStatesOnly) {
     constexpr std::uint32_t kStates[] = {kRegistered, kLoaded, kReady, kRunning, kStopped};
     struct Row {
         std::uint32_t procedure;
-        int leadsTo[std::size(kStates)];
+        std::array<int, 5> leadsTo; // by state, as in kStates
     };
     constexpr Row kRows[] = {
-        {kInitAppl, {kNo, kLoaded, kNo, kNo, kNo}},
-        {kLoadAppl, {kLoaded, kLoaded, kLoaded, kNo, kLoaded}},
-        {kLoadApplComplete, {kReady, kReady, kReady, kNo, kReady}},
-        {kStartAppl, {kNo, kNo, kRunning, kNo, kRunning}},
-        {kStopAppl, {kNo, kNo, kNo, kStopped, kNo}},
-        {kTerminateAppl, {kNo, kRegistered, kRegistered, kRegistered, kRegistered}},
-        {kUnloadAppl, {kGone, kGone, kGone, kGone, kGone}},
+        {kInitAppl, {{kNo, kLoaded, kNo, kNo, kNo}}},
+        {kLoadAppl, {{kLoaded, kLoaded, kLoaded, kNo, kLoaded}}},
+        {kLoadApplComplete, {{kReady, kReady, kReady, kNo, kReady}}},
+        {kStartAppl, {{kNo, kNo, kRunning, kNo, kRunning}}},
+        {kStopAppl, {{kNo, kNo, kNo, kStopped, kNo}}},
+        {kTerminateAppl, {{kNo, kRegistered, kRegistered, kRegistered, kRegistered}}},
+        {kUnloadAppl, {{kGone, kGone, kGone, kGone, kGone}}},
     };
     for (const Row& row : kRows) {
         for (std::size_t i = 0; i < std::size(kStates); ++i) {
