@@ -165,7 +165,9 @@ Status loadFile(const Reporter& report, const LoadOrder& order) {
     std::optional<TemporaryList> collected; // once there is a client, every message is judged before it is handed on
     Status status = runFrame(report, order.devHandle, order.accessResHandle, [&](const Session& session) {
         if (!collected.emplace()) { return report.fail(Msg::invalidArgument, Status::argument); }
-        return registerAndTransfer(Reporter{collected->pool(), report.operation()}, session, order, source);
+        const Reporter attempt{collected->pool(), report.operation()};
+        return static_cast<Status>(
+            guarded(attempt, [&] { return registerAndTransfer(attempt, session, order, source); }));
     });
     if (!collected || !*collected) { return status; }
     if (status == Status::fileLoad && hasCode(collected->pool(), kTargetUnsupportedFileType)) {

@@ -1,10 +1,12 @@
 #include "protocol/information_defaults.h"
 
-#include <algorithm>
 #include <array>
 #include <new>
 #include <optional>
+#include <utility>
+#include <vector>
 
+#include "platform/host_interface.h"
 #include "protocol/information_items.h"
 #include "protocol/procedures.h"
 #include "protocol/unsupported_param.h"

@@ -2,11 +2,9 @@
 #pragma once
 
 #include <cstdint>
-#include <vector>
 
 #include "frame/rpc_client_cache.h"
 #include "platform/error_lists.h"
-#include "platform/host_interface.h"
 #include "protocol/records.h"
 
 namespace applman {

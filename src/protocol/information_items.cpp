@@ -78,8 +78,8 @@ constexpr bool targetParamsAreUnique() {
 }
 static_assert(targetParamsAreUnique());
 
-/// An item that is read in place of another one that the target cannot answer for.
-constexpr std::uint32_t kItemWithSubstitute = 36; // target parameter of item 18
+/// The parameter (of item 18) in place of which another item is read when the target cannot answer for it.
+constexpr std::uint32_t kSubstitutedParam = 36;
 constexpr std::uint32_t kSubstituteItem = 13;
 
 template <class Member>
@@ -99,7 +99,7 @@ std::optional<Status> readAnswer(const Reporter& report, KV_RPC_PROG_APPLMAN_HOS
         return report.failRemoteCall();
     }
     const bool defaulted = applyParamDefault(pool, &client, accessId, applId, targetParamId, &*reply);
-    if (defaulted && targetParamId == kItemWithSubstitute) { return std::nullopt; }
+    if (defaulted && targetParamId == kSubstitutedParam) { return std::nullopt; }
     if (reply->result == kRefused) { return report.fail(Msg::informationNotReceived, Status::information); }
     return decodeParameterReturnValue(pool, targetParamId, *reply, buffer, size);
 }
