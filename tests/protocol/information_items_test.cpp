@@ -4,6 +4,7 @@
 
 #include "api/KvApplicationManagerAP.h"
 #include "protocol/application_states.h"
+#include "protocol/information_decode.h"
 #include "protocol/procedure_numbers.h"
 #include "support/one_target.h"
 
@@ -92,6 +93,10 @@ TEST_F(Information, ATextNeedsRoomForItsTerminatingZero) {
     EXPECT_EQ(messages(pool).back(), "decodeParameterReturnValue 0x12500014");
     answer(Text{std::string("a\0b", 3)});
     EXPECT_EQ(read(1, 2, 2), 0) << "a text ends at its first zero";
+    TApplManValueResult absent{0, Text{}, {}};
+    size = 1;
+    EXPECT_EQ(decodeParameterReturnValue(pool, 5, absent, buffer.data(), &size), Status::ok) << "absent reads as empty";
+    EXPECT_EQ(delivered<char>(), '\0');
 }
 
 TEST_F(Information, AnArrayTellsItsBytesWhetherItFitsOrNot) {
