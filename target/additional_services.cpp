@@ -2,6 +2,7 @@
 #include <algorithm>
 
 #include "target/application_manager.h"
+#include "target/replies.h"
 #include "target/target_messages.h"
 
 namespace simulated_target {
@@ -9,18 +10,9 @@ namespace {
 
 using namespace applman;
 
-constexpr std::int32_t kRefused = -1;
 constexpr std::uint32_t kAllCores = 1; // kinds of the request for cores
 constexpr std::uint32_t kFreeCores = 2;
 constexpr std::uint32_t kCoresParameter = 17; // of a process: on which cores it runs
-
-ErrorListBytes errorList(const Failure& failure) {
-    return failure ? KvErrorListAccess::serialize({*failure}) : ErrorListBytes{};
-}
-
-TApplManResult resultOf(const Failure& failure) {
-    return {.result = failure ? kRefused : 0, .errorList = errorList(failure)};
-}
 
 FileOutcome unknownProcess(std::uint32_t applId) {
     return {kFileUnknownProcess, message(Code::unknownProcess, {applId})};

@@ -7,6 +7,7 @@
 
 #include "protocol/procedure_numbers.h"
 #include "target/procedure_row.h"
+#include "target/replies.h"
 #include "target/target_messages.h"
 
 namespace simulated_target {
@@ -14,7 +15,6 @@ namespace {
 
 using namespace applman;
 
-constexpr std::int32_t kRefused = -1;
 constexpr std::uint32_t kManager = 0;            // in place of a process
 constexpr std::size_t kMostFreeParameters = 256; // per process, under numbers that mean nothing to the target
 constexpr std::size_t kMostUnloaded = 1024;      // that are remembered
@@ -48,14 +48,6 @@ std::uint32_t highestEarlierId(const Store* store) {
         if (whole && number <= kHighestOfEarlierRun) { highest = std::max(highest, number); }
     }
     return highest;
-}
-
-ErrorListBytes errorList(const Failure& failure) {
-    return failure ? KvErrorListAccess::serialize({*failure}) : ErrorListBytes{};
-}
-
-TApplManResult resultOf(const Failure& failure, std::int32_t whenFailed = kRefused) {
-    return {.result = failure ? whenFailed : 0, .errorList = errorList(failure)};
 }
 
 Failure unknownProcess(std::uint32_t applId) { return message(Code::unknownProcess, {applId}); }

@@ -48,8 +48,7 @@ kvrpc::RpcReply TargetService::handle(const kvrpc::RpcCall& call) {
 }
 
 kvrpc::RpcReply TargetService::manage(const kvrpc::RpcCall& call) {
-    record(call);
-    if (const auto prescribed = scripted(call.procedure)) { return answerLate(*prescribed); }
+    if (const auto prescribed = admit(call)) { return answerLate(*prescribed); }
     return call.procedure == kNullProcedure ? kvrpc::RpcReply{} : manager_.answer(call.procedure, call.arguments);
 }
 
@@ -67,12 +66,6 @@ kvrpc::RpcReply TargetService::answerLate(const ScriptedReply& scripted) {
     return scripted.reply;
 }
 
-void TargetService::record(const kvrpc::RpcCall& call) {
-    if (!recording_) { return; }
-    const std::lock_guard lock{mutex_};
-    requests_.push_back({call.procedure, {call.arguments.begin(), call.arguments.end()}});
-}
-
 std::vector<Request> TargetService::requests() const {
     const std::lock_guard lock{mutex_};
     return requests_;
@@ -83,15 +76,16 @@ void TargetService::forgetRequests() {
     requests_.clear();
 }
 
-std::optional<ScriptedReply> TargetService::scripted(std::uint32_t procedure) {
+std::optional<ScriptedReply> TargetService::admit(const kvrpc::RpcCall& call) {
     const std::lock_guard lock{mutex_};
-    const auto next = scripts_.find(procedure);
+    if (recording_) { requests_.push_back({call.procedure, {call.arguments.begin(), call.arguments.end()}}); }
+    const auto next = scripts_.find(call.procedure);
     if (next != scripts_.end() && !next->second.empty()) {
         ScriptedReply reply = std::move(next->second.front());
         next->second.pop_front();
         return reply;
     }
-    const auto lasting = lastingScripts_.find(procedure);
+    const auto lasting = lastingScripts_.find(call.procedure);
     return lasting == lastingScripts_.end() ? std::nullopt : std::optional{lasting->second};
 }
 

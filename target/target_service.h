@@ -35,8 +35,8 @@ public:
 
 private:
     kvrpc::RpcReply manage(const kvrpc::RpcCall& call);
-    void record(const kvrpc::RpcCall& call);
-    std::optional<ScriptedReply> scripted(std::uint32_t procedure);
+    /// Records a call and finds the reply prescribed for it, in one go: the order of the record is that of the replies.
+    std::optional<ScriptedReply> admit(const kvrpc::RpcCall& call);
     kvrpc::RpcReply answerLate(const ScriptedReply& scripted);
 
     const bool recording_;
