@@ -9,30 +9,11 @@ static char bytes[] = {0, 127, -128, -1, 1};
 static quad_t quads[] = {INT64_MIN, 0, INT64_MAX};
 
 applman_value foreignValues[kForeignTagCount] = {
-    {APPLMAN_WORD, {.word = 0xFEDCBA98U}},
-    {APPLMAN_DOUBLE, {.real = -1234.0625}},
-    {APPLMAN_TEXT,
-     {.text = "Gr\xC3\xB6\xC3\x9F"
-              "e"}},
-    {APPLMAN_WORDS, {.words = {3, words}}},
-    {APPLMAN_QUAD, {.quad = -0x0123456789ABCDEF}},
-    {APPLMAN_TEXTS, {.texts = {3, texts}}},
-    {APPLMAN_BYTES, {.bytes = {5, bytes}}},
-    {APPLMAN_QUADS, {.quads = {3, quads}}},
+    {APPLMAN_WORD, {.word = 0xFEDCBA98U}},          {APPLMAN_DOUBLE, {.real = -1234.0625}},
+    {APPLMAN_TEXT, {.text = "Gr\xC3\xB6\xC3\x9F"}}, {APPLMAN_WORDS, {.words = {3, words}}},
+    {APPLMAN_QUAD, {.quad = -0x0123456789ABCDEF}},  {APPLMAN_TEXTS, {.texts = {3, texts}}},
+    {APPLMAN_BYTES, {.bytes = {5, bytes}}},         {APPLMAN_QUADS, {.quads = {3, quads}}},
 };
-
-u_int foreignErrorList(char room[kForeignErrorListRoom]) {
-    u_int count = 1, code = 0x14a00804U, line = 42, number = 0xABCU, unsignedNumber = 4000000000U;
-    int signedNumber = -7;
-    char *operation = "foreignServer", *signature = "%s%u%d%x", *text = "why";
-    XDR xdr;
-    xdrmem_create(&xdr, room, kForeignErrorListRoom, XDR_ENCODE);
-    const bool_t whole = xdr_u_int(&xdr, &count) && xdr_u_int(&xdr, &code) && xdr_u_int(&xdr, &line) &&
-                         xdr_string(&xdr, &operation, ~0U) && xdr_string(&xdr, &signature, ~0U) &&
-                         xdr_string(&xdr, &text, ~0U) && xdr_u_int(&xdr, &unsignedNumber) &&
-                         xdr_int(&xdr, &signedNumber) && xdr_u_int(&xdr, &number);
-    return whole ? xdr_getpos(&xdr) : 0;
-}
 
 bool_t sameRecord(xdrproc_t routine, const void* left, const void* right) {
     static char rooms[2][4096];
