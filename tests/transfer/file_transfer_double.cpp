@@ -1,9 +1,5 @@
 #include "transfer/file_transfer_double.h"
 
-#include <sstream>
-
-#include "error_lists/error_list_access.h"
-#include "platform/host_interface.h"
 #include "platform/host_system.h"
 
 FileTransferDouble channel;
@@ -22,7 +18,7 @@ std::int32_t KvHIM_createFTClientHandle(KvCErrorListPool&, void*, void** handle)
     const std::int32_t result = resultOf("create");
     if (result != 0) { return result; }
     ++channel.clients;
-    *handle = channel.hostsClient();
+    *handle = channel.device();
     return 0;
 }
 
@@ -47,17 +43,4 @@ std::int64_t KvHIM_putFileU(KvCErrorListPool&, void*, void*, const char16_t* pat
         callback(file.size(), context);
     }
     return static_cast<std::int64_t>(file.size());
-}
-
-std::vector<std::string> messagesOf(const KvCErrorList& list) {
-    std::vector<std::string> messages;
-    for (const KvErrorListEntry& entry : KvErrorListAccess::entries(list)) {
-        std::ostringstream text;
-        text << std::hex << entry.code << std::dec << ' ' << entry.operation;
-        for (const auto& argument : entry.arguments) {
-            std::visit([&](const auto& value) { text << ' ' << value; }, argument);
-        }
-        messages.push_back(text.str());
-    }
-    return messages;
 }

@@ -2,10 +2,10 @@
 #pragma once
 
 #include <map>
-#include <string>
-#include <vector>
 
-#include "platform/error_lists.h"
+#include "transfer/file_transfer.h"
+#include "transfer/temporary_tree.h"
+#include "transfer/text.h"
 
 struct FileTransferDouble {
     /// "create", "put directory/name", "make base|name", "delete".
@@ -17,11 +17,26 @@ struct FileTransferDouble {
     int clients = 0; // made and not yet deleted
 
     void* device() { return this; }
-    void* hostsClient() { return &clients; }
 };
 
 /// The one that the channel's functions work on; a test makes it anew.
 extern FileTransferDouble channel;
 
-/// Every message of a list as "code operation arguments".
-std::vector<std::string> messagesOf(const KvCErrorList& list);
+using Texts = std::vector<std::string>;
+
+class FileTransferTest : public testing::Test {
+protected:
+    FileTransferTest() { channel = {}; }
+    ~FileTransferTest() override { EXPECT_EQ(channel.clients, 0); } // whatever was made is deleted
+
+    applman::Status sendTree(const char* target = "/dir") {
+        return applman::copyDirToTarget(pool, channel.device(), nullptr, tree.path().c_str(), target, 0, &tracker);
+    }
+
+    /// A path as messages show it.
+    std::string shown(const std::string& name = "") { return applman::wideToMessageText(tree.path(name).c_str()); }
+
+    TemporaryTree tree;
+    Pool pool;
+    applman::TApplManProgressTracker tracker{};
+};

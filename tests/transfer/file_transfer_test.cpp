@@ -1,78 +1,49 @@
-#include "transfer/file_transfer.h"
+#include "transfer/file_transfer_double.h"
 
 #include <algorithm>
-
-#include <gtest/gtest.h>
-
-#include "support/pool.h"
-#include "transfer/file_transfer_double.h"
-#include "transfer/temporary_tree.h"
-#include "transfer/text.h"
+#include <set>
+#include <sstream>
 
 namespace applman {
 namespace {
 
-using Texts = std::vector<std::string>;
-
-/// "file fraction" of every report.
-void keep(const KvTApplManProgress* progress, void* reports) {
-    static_cast<Texts*>(reports)->push_back(std::string{progress->fileName} + ' ' +
-                                            std::to_string(progress->fraction).substr(0, 4));
+/// "fraction phase/phases phase-name file" of every report.
+void keep(const KvTApplManProgress* p, void* reports) {
+    std::ostringstream text;
+    text << p->fraction << ' ' << p->phase << '/' << p->phaseCount << ' ' << p->phaseName << ' ' << p->fileName;
+    static_cast<Texts*>(reports)->push_back(text.str());
 }
 
-class FileTransfer : public testing::Test {
+class FileTransfer : public FileTransferTest {
 protected:
-    FileTransfer() { channel = {}; }
-    ~FileTransfer() override { EXPECT_EQ(channel.clients, 0); } // whatever was made is deleted
+    FileTransfer() { tracker = {.callback = keep, .userData = &reports, .totalUnits = 1000}; }
 
-    Status sendFile(const std::string& name, std::uint8_t loadOptions = 0) {
-        return copyBinaryToTarget(pool, channel.device(), nullptr, tree.path(name), "/dir", "name", loadOptions,
-                                  &tracker);
+    Status sendFile() {
+        return copyBinaryToTarget(pool, channel.device(), nullptr, tree.path("f"), "/dir", "name", 0, &tracker);
     }
-    Status sendTree(const char* target = "/dir") {
-        return copyDirToTarget(pool, channel.device(), nullptr, tree.path().c_str(), target, 0, &tracker);
-    }
-    std::string message(const std::string& name) { return wideToMessageText(tree.path(name).c_str()); }
 
-    TemporaryTree tree;
-    Pool pool;
     Texts reports;
-    TApplManProgressTracker tracker{.callback = keep, .userData = &reports, .totalUnits = 1000};
 };
 
 TEST_F(FileTransfer, AFileIsSentAndCountedOnce) {
     tree.file("f", 500);
-    EXPECT_EQ(sendFile("f"), Status::ok);
+    EXPECT_EQ(sendFile(), Status::ok);
     EXPECT_EQ(channel.calls, (Texts{"create", "put /dir/name", "delete"}));
-    EXPECT_EQ(reports, (Texts{"f 0.00", "f 0.25", "f 0.50", "f 0.50"}));
+    EXPECT_EQ(reports, (Texts{"0 1/1  f", "0.25 1/1  f", "0.5 1/1  f", "0.5 1/1  f"}));
     EXPECT_EQ(tracker.doneUnits, 500U);
 }
 
-TEST_F(FileTransfer, LoadOptionsAreRefusedAfterTheFileWasNamed) {
-    tree.file("f", 500);
-    EXPECT_EQ(sendFile("f", 18), Status::transfer);
-    EXPECT_EQ(channel.calls, Texts{});
-    EXPECT_EQ(reports, Texts{"f 0.00"});
-    EXPECT_EQ(messagesOf(pool), Texts{"12500031 copyBinaryToTarget 18"});
-
-    EXPECT_EQ(copyDirToTarget(pool, channel.device(), nullptr, tree.path().c_str(), "/dir", 18, &tracker),
-              Status::transfer);
-    EXPECT_EQ(messagesOf(pool).at(1), "12500031 copyDirToTarget 18");
-    EXPECT_EQ(reports.size(), 1U);
-}
-
-struct Failure {
-    Texts refused, messages;
-    Status status;
-    std::uint64_t counted;
-};
-
 TEST_F(FileTransfer, EveryFailureOfASingleFileKeepsItsStatus) {
     tree.file("f", 500);
-    const std::string notSent = "1250000d copyBinaryToTarget transfer " + message("f") + " /dir name";
-    const std::string notDeleted = "1250000c deleteFTHandle";
+    struct Failure {
+        Texts refused, messages;
+        Status status;
+        std::uint64_t counted;
+    };
+    const std::string notSent = "copyBinaryToTarget 0x1250000d(transfer," + shown("f") + ",/dir,name)";
+    const std::string notDeleted = "deleteFTHandle 0x1250000c";
     const Failure failures[] = {
-        {{"create"}, {"1250000b createFTHandle"}, Status::ftCreate, 0},
+        {{"create"}, {"createFTHandle 0x1250000b"}, Status::ftCreate, 0},
         {{"put /dir/name"}, {notSent}, Status::transfer, 500},
         {{"delete"}, {notDeleted}, Status::ftDelete, 500},
         {{"put /dir/name", "delete"}, {notSent, notDeleted}, Status::transfer, 500},
@@ -84,90 +55,53 @@ TEST_F(FileTransfer, EveryFailureOfASingleFileKeepsItsStatus) {
         for (const std::string& call : failure.refused) {
             channel.results[call] = -7;
         }
-        EXPECT_EQ(sendFile("f"), failure.status);
-        EXPECT_EQ(messagesOf(pool), failure.messages);
+        EXPECT_EQ(sendFile(), failure.status);
+        EXPECT_EQ(messages(pool), failure.messages);
         EXPECT_EQ(tracker.doneUnits, failure.counted);
         EXPECT_EQ(channel.clients, 0);
     }
 }
 
-TEST_F(FileTransfer, ThereIsNoClientWithoutADevice) {
-    void* client = this;
-    EXPECT_EQ(createFTHandle(pool, nullptr, &client), Status::ftCreate);
-    EXPECT_EQ(createFTHandle(pool, channel.device(), nullptr), Status::ftCreate);
-    EXPECT_EQ(deleteFTHandle(pool, nullptr), Status::ok);
-    EXPECT_EQ(channel.calls, Texts{});
-    EXPECT_EQ(messagesOf(pool), (Texts{"1250000b createFTHandle", "1250000b createFTHandle"}));
-}
-
-TEST_F(FileTransfer, TheCallersClientStaysTheCallers) {
-    tree.file("sub/f", 5);
-    void* const client = channel.hostsClient();
-    EXPECT_EQ(copyBinaryToTarget(pool, nullptr, client, tree.path("sub/f"), "/dir", "name", 0, nullptr), Status::ok);
-    EXPECT_EQ(copyDirToTarget(pool, nullptr, client, tree.path().c_str(), "/dir", 0, nullptr), Status::ok);
-    EXPECT_EQ(channel.calls, (Texts{"put /dir/name", "make /dir|sub", "put /dir/sub/f"}));
-}
-
 TEST_F(FileTransfer, ATreeIsSentWithEachDirectoryBeforeItsContents) {
     tree.file("a/f", 100);
     tree.file("a/b/g", 200);
-    tree.file("a/b/c/h", 300);
     std::filesystem::create_directory(tree.root / "a/empty");
     EXPECT_EQ(sendTree("/dir/x"), Status::ok);
-    EXPECT_EQ(channel.calls.front(), "create");
-    EXPECT_EQ(channel.calls.back(), "delete");
-    const auto position = [](const std::string& call) {
-        return std::find(channel.calls.begin(), channel.calls.end(), call) - channel.calls.begin();
-    };
-    EXPECT_LT(position("make /dir/x|a"), position("put /dir/x/a/f"));
-    EXPECT_LT(position("make /dir/x|a"), position("make /dir/x/a|b"));
+    EXPECT_EQ(channel.calls.size(), 7U);
+    EXPECT_EQ(std::set(channel.calls.begin(), channel.calls.end()),
+              (std::set<std::string>{"create", "make /dir/x|a", "put /dir/x/a/f", "make /dir/x/a|b", "put /dir/x/a/b/g",
+                                     "make /dir/x/a|empty", "delete"}));
+    const auto position = [](const char* call) { return std::ranges::find(channel.calls, call); };
+    EXPECT_EQ(channel.calls.front() + ", " + channel.calls[1], "create, make /dir/x|a");
     EXPECT_LT(position("make /dir/x/a|b"), position("put /dir/x/a/b/g"));
-    EXPECT_LT(position("make /dir/x/a/b|c"), position("put /dir/x/a/b/c/h"));
-    EXPECT_LT(position("put /dir/x/a/b/c/h"), position("delete"));
-    EXPECT_LT(position("make /dir/x/a|empty"), position("delete"));
-    EXPECT_EQ(channel.calls.size(), 9U);
-    EXPECT_EQ(tracker.doneUnits, 600U);
-    EXPECT_EQ(messagesOf(pool), Texts{});
+    EXPECT_EQ(channel.calls.back(), "delete");
+    EXPECT_EQ(tracker.doneUnits, 300U);
+    EXPECT_EQ(messages(pool), Texts{});
 }
 
-TEST_F(FileTransfer, ADirectoryThatCannotBeMadeEndsTheWholeWalk) {
+TEST_F(FileTransfer, WhatCannotBeMadeOrSentEndsTheWholeWalk) {
     tree.file("a/b/f", 1);
-    tree.file("a/b/c/g", 1);
-    channel.results["make /dir/a|b"] = 7;
+    channel.results = {{"make /dir/a|b", 7}};
     EXPECT_EQ(sendTree(), Status::transfer);
     EXPECT_EQ(channel.calls, (Texts{"create", "make /dir|a", "make /dir/a|b", "delete"}));
-    EXPECT_EQ(messagesOf(pool), Texts{"12500059 copyDirToTarget /dir/a b 7"});
-}
-
-TEST_F(FileTransfer, AFileThatCannotBeSentEndsTheWholeWalk) {
-    tree.file("a/f", 1);
-    channel.results["put /dir/a/f"] = -1;
-    channel.results["delete"] = -1;
+    channel.results = {{"put /dir/a/b/f", -1}, {"delete", -1}};
     EXPECT_EQ(sendTree(), Status::transfer);
-    EXPECT_EQ(messagesOf(pool), (Texts{"1250000d copyBinaryToTarget transfer " + message("a/f") + " /dir/a f",
-                                       "1250000c deleteFTHandle"}));
+    EXPECT_EQ(messages(pool), (Texts{"copyDirToTarget 0x12500059(/dir/a,b,7)",
+                                     "copyBinaryToTarget 0x1250000d(transfer," + shown("a/b/f") + ",/dir/a/b,f)",
+                                     "deleteFTHandle 0x1250000c"}));
 }
 
-TEST_F(FileTransfer, ATreeNeedsBothPathsAndADirectory) {
-    const std::u16string missing = tree.path("missing");
-    EXPECT_EQ(copyDirToTarget(pool, channel.device(), nullptr, nullptr, "", 0, nullptr), Status::transfer);
-    EXPECT_EQ(copyDirToTarget(pool, channel.device(), nullptr, u"", nullptr, 1, nullptr), Status::transfer);
-    EXPECT_EQ(channel.calls, Texts{});
-    EXPECT_EQ(copyDirToTarget(pool, channel.device(), nullptr, missing.c_str(), "/dir", 0, nullptr), Status::transfer);
-    EXPECT_EQ(channel.calls, (Texts{"create", "delete"}));
-    EXPECT_EQ(messagesOf(pool), (Texts{"12500026 copyDirToTarget <NULL> ", "12500026 copyDirToTarget  <NULL>",
-                                       "12500058 copyDirToTarget " + message("missing")}));
-}
-
-TEST_F(FileTransfer, GoesOnWhenTheCallbackThrows) {
-    tree.file("a/f", 500);
-    tracker.callback = [](const KvTApplManProgress* progress, void* kept) {
-        keep(progress, kept);
-        throw 1;
-    };
-    EXPECT_EQ(sendTree(), Status::ok);
-    EXPECT_EQ(channel.calls, (Texts{"create", "make /dir|a", "put /dir/a/f", "delete"}));
-    EXPECT_EQ(reports.size(), 1U);
+TEST_F(FileTransfer, ProgressNeverExceedsTheWholeAndKeepsWhatAnUpdateLeavesOut) {
+    tracker.totalUnits = 8;
+    updateProgress(&tracker, "D:\\a\\model.x86", 2, kPhaseInit, 2, 3);
+    onTransferProgress(4, &tracker);
+    updateProgress(&tracker, nullptr, 1, nullptr, 0, 0);
+    onTransferProgress(100, &tracker);
+    onTransferProgress(~std::uint64_t{0}, &tracker);
+    tracker.totalUnits = 0;
+    onTransferProgress(1, &tracker);
+    EXPECT_EQ(reports, (Texts{"0.25 2/3 \"Init\" model.x86", "0.75 2/3 \"Init\" model.x86", "0.375 2/3 \"Init\" ",
+                              "1 2/3 \"Init\" ", "1 2/3 \"Init\" ", "0 2/3 \"Init\" "}));
 }
 
 } // namespace
