@@ -27,8 +27,6 @@ TEST(StorePath, IsNoneForWhatWouldLeaveTheStoreOrIsNoNameOnSomeSystem) {
 
 TEST(StorePath, HasANamePerDirectory) {
     const std::pair<std::string, StorePath> good[] = {
-        {"a", {"a"}},
-        {"a/b", {"a", "b"}},
         {"a\\b/c", {"a", "b", "c"}},
         {"..a/a..b/.a", {"..a", "a..b", ".a"}},
         {"CONSOLE/COM10/com/nullify", {"CONSOLE", "COM10", "com", "nullify"}},
@@ -36,13 +34,6 @@ TEST(StorePath, HasANamePerDirectory) {
         {std::string(255, 'a'), {std::string(255, 'a')}}};
     for (const auto& [text, path] : good) {
         EXPECT_EQ(parseStorePath(text), path) << text;
-    }
-}
-
-TEST(StoreName, IsASingleName) {
-    EXPECT_TRUE(isStoreName("model.x86"));
-    for (const char* const text : {"a/b", "a\\b", "/", "..", "", "C:"}) {
-        EXPECT_FALSE(isStoreName(text)) << text;
     }
 }
 

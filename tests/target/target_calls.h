@@ -1,30 +1,25 @@
 // Calls of a target's procedures without a connection, and a store of its own for each test.
 #pragma once
 
-#include <filesystem>
 #include <fstream>
+#include <iterator>
 #include <optional>
-#include <sstream>
-#include <string>
-
-#include <gtest/gtest.h>
 
 #include "file_transfer/file_transfer_protocol.h"
 #include "protocol/procedure_numbers.h"
 #include "support/one_target.h"
-#include "support/wire.h"
 #include "target/target_service.h"
 
 namespace simulated_target {
+
+using namespace applman;
 
 constexpr std::uint32_t kMode = 1;
 constexpr std::uint32_t kAccessId = 16;
 
 inline std::string contentOf(const std::filesystem::path& file) {
     std::ifstream stream{file, std::ios::binary};
-    std::ostringstream content;
-    content << stream.rdbuf();
-    return content.str();
+    return {std::istreambuf_iterator<char>{stream}, {}};
 }
 
 /// Everything that lies below a folder, as paths from there.
@@ -39,9 +34,8 @@ inline std::set<std::string> treeOf(const std::filesystem::path& folder) {
 /// The code of the only message of an error list; 0 when there is not exactly one.
 inline std::uint32_t onlyCode(const std::vector<std::uint8_t>& errorList) {
     Pool pool;
-    KvCErrorListPool& list = pool;
-    EXPECT_EQ(list.deSerialize(errorList.data(), static_cast<std::uint32_t>(errorList.size())), 0);
-    return list.getErrorCount() == 1 ? list.getErrorCode(0) : 0;
+    EXPECT_EQ(pool->deSerialize(errorList.data(), static_cast<std::uint32_t>(errorList.size())), 0);
+    return pool->getErrorCount() == 1 ? pool->getErrorCode(0) : 0;
 }
 
 class TargetCalls : public testing::Test {
@@ -70,7 +64,7 @@ protected:
 
     template <class Result, class Request>
     Result ask(std::uint32_t procedure, const Request& request) {
-        const auto reply = call(applman::kApplManProgram, applman::kApplManVersion, procedure, wire::bytesOf(request));
+        const auto reply = call(kApplManProgram, kApplManVersion, procedure, wire::bytesOf(request));
         EXPECT_EQ(reply.status, kvrpc::AcceptStatus::success);
         return wire::recordOf<Result>(reply.results);
     }
@@ -101,44 +95,39 @@ protected:
         return commit(connection);
     }
 
-    applman::TApplManRegisterResult registerProcess(std::uint32_t number, const applman::TApplManGroupPart& group) {
-        return ask<applman::TApplManRegisterResult>(applman::kRegisterAppl,
-                                                    applman::TApplManRegisterRequest{kAccessId, number, group});
+    TApplManRegisterResult registerProcess(std::uint32_t number, const TApplManGroupPart& group) {
+        return ask<TApplManRegisterResult>(kRegisterAppl, TApplManRegisterRequest{kAccessId, number, group});
     }
-    applman::TApplManGroupPart openGroup(std::uint32_t size) {
-        const auto opened =
-            ask<applman::TApplManGroupResult>(applman::kOpenGroup, applman::TApplManOpenGroupRequest{kAccessId});
+    TApplManGroupPart openGroup(std::uint32_t size) {
+        const auto opened = ask<TApplManGroupResult>(kOpenGroup, TApplManOpenGroupRequest{kAccessId});
         EXPECT_EQ(opened.result, 0);
         return {.words = {0, opened.targetGroupId1, opened.targetGroupId2, size, 0}};
     }
     std::uint32_t newProcess() { return static_cast<std::uint32_t>(registerProcess(1, openGroup(1)).applId); }
 
-    applman::TApplManResult command(std::uint32_t procedure, std::uint32_t applId) {
-        if (procedure == applman::kTerminateAppl) {
-            return ask<applman::TApplManResult>(procedure, applman::TApplManPairRequest{kAccessId, applId});
+    TApplManResult command(std::uint32_t procedure, std::uint32_t applId) {
+        if (procedure == kTerminateAppl || procedure >= kPauseAppl) {
+            return ask<TApplManResult>(procedure, TApplManPairRequest{kAccessId, applId});
         }
-        return ask<applman::TApplManResult>(procedure, applman::TApplManRequest{kMode, kAccessId, applId});
+        return ask<TApplManResult>(procedure, TApplManRequest{kMode, kAccessId, applId});
     }
-    applman::TApplManResult commandState(std::uint32_t applId) { return command(applman::kGetCommandState, applId); }
+    TApplManResult commandState(std::uint32_t applId) { return command(kGetCommandState, applId); }
 
-    applman::TApplManResult set(std::uint32_t applId, std::uint32_t number, applman::TApplManValue value) {
-        return ask<applman::TApplManResult>(
-            applman::kSetParam, applman::TApplManSetParamRequest{kMode, kAccessId, applId, number, std::move(value)});
+    TApplManResult set(std::uint32_t applId, std::uint32_t number, TApplManValue value) {
+        return ask<TApplManResult>(kSetParam,
+                                   TApplManSetParamRequest{kMode, kAccessId, applId, number, std::move(value)});
     }
-    applman::TApplManValueResult get(std::uint32_t applId, std::uint32_t number) {
-        return ask<applman::TApplManValueResult>(applman::kGetParam,
-                                                 applman::TApplManGetParamRequest{kMode, kAccessId, applId, number});
+    TApplManValueResult get(std::uint32_t applId, std::uint32_t number) {
+        return ask<TApplManValueResult>(kGetParam, TApplManGetParamRequest{kMode, kAccessId, applId, number});
     }
     template <class Arm>
     Arm valueOf(std::uint32_t applId, std::uint32_t number) {
         const auto reply = get(applId, number);
         EXPECT_EQ(reply.result, 0) << "parameter " << number;
-        const Arm* const arm = std::get_if<Arm>(&reply.value);
-        EXPECT_NE(arm, nullptr) << "parameter " << number << " has tag " << reply.value.index();
-        return arm == nullptr ? Arm{} : *arm;
+        return std::get<Arm>(reply.value);
     }
     std::string textOf(std::uint32_t applId, std::uint32_t number) {
-        return valueOf<applman::Text>(applId, number).value_or("absent");
+        return valueOf<Text>(applId, number).value_or("absent");
     }
 
     /// Transfers a binary to where the target wants it.
