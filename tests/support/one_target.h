@@ -57,36 +57,32 @@ private:
     std::filesystem::path path_;
 };
 
-/// A target, its device and an access-restriction handle of it.
+/// A target, whose commands take no time, its device and an access-restriction handle of it.
 class TargetDevice {
 public:
-    explicit TargetDevice(simulated_target::Options options = {}) : target(withStore(std::move(options))) {
-        address = target.start();
-        EXPECT_EQ(KvPlatform_addDevice(pool_, address.c_str(), serialNumber_, &device), 0);
+    explicit TargetDevice(const simulated_target::Options& options = {}) : target(withStore(options)) {
+        EXPECT_EQ(KvPlatform_addDevice(pool_, address.c_str(), options.cnSerialNumber, &device), 0);
         EXPECT_EQ(KvHIM_createAccessRestrictionHandle(pool_, device, &access), 0);
         std::uint64_t size = sizeof accessId;
         EXPECT_EQ(KvHIM_getParam(pool_, access, 12, 0, &size, &accessId), 0);
     }
     ~TargetDevice() { EXPECT_EQ(KvPlatform_removeDevice(pool_, device), 0); }
-    TargetDevice(const TargetDevice&) = delete;
-    TargetDevice& operator=(const TargetDevice&) = delete;
 
     const std::filesystem::path& store() const { return folder_.path(); }
 
 private:
     simulated_target::Options withStore(simulated_target::Options options) {
-        serialNumber_ = options.cnSerialNumber;
         options.store = folder_.path();
+        options.commandDelay = {};
         return options;
     }
 
     Pool pool_;
     TemporaryFolder folder_;
-    std::uint32_t serialNumber_ = 0;
 
 public:
     simulated_target::SimulatedTarget target;
-    std::string address;
+    std::string address = target.start();
     void* device = nullptr;
     void* access = nullptr;
     std::uint32_t accessId = 0;
@@ -95,15 +91,7 @@ public:
 /// A test with one target and a clock that records naps.
 class OneTarget : public ::testing::Test {
 protected:
-    explicit OneTarget(simulated_target::Options options = {}) : t(atOnce(std::move(options))) {
-        recorded_clock::restart();
-    }
-
-    /// Naps take no time here, so commands must not take any either.
-    static simulated_target::Options atOnce(simulated_target::Options options) {
-        options.commandDelay = std::chrono::milliseconds{0};
-        return options;
-    }
+    explicit OneTarget(const simulated_target::Options& options = {}) : t(options) { recorded_clock::restart(); }
 
     /// The procedures that were asked for, in order.
     std::vector<std::uint32_t> procedures() const {

@@ -15,10 +15,9 @@ public:
     Pool(const Pool&) = delete;
     Pool& operator=(const Pool&) = delete;
 
-    operator KvCErrorListPool&() { return *pool_; }
-    operator const KvCErrorListPool&() const { return *pool_; }
-    KvCErrorListPool* operator->() { return pool_; }
-    KvCErrorListPool& operator*() { return *pool_; }
+    operator KvCErrorListPool&() const { return *pool_; }
+    KvCErrorListPool* operator->() const { return pool_; }
+    KvCErrorListPool& operator*() const { return *pool_; }
 
     std::vector<std::uint32_t> codes() const {
         std::vector<std::uint32_t> all;

@@ -12,25 +12,16 @@ std::uint64_t microseconds = 0;
 
 } // namespace
 
-namespace recorded_clock {
-
-void restart(std::uint64_t ticks) {
+void recorded_clock::restart(std::uint64_t ticks) {
     const std::lock_guard lock{mutex};
     recordedNaps.clear();
     microseconds = ticks * 1000;
 }
 
-std::vector<std::uint32_t> naps() {
+std::vector<std::uint32_t> recorded_clock::naps() {
     const std::lock_guard lock{mutex};
     return recordedNaps;
 }
-
-void advance(std::uint64_t ticks) {
-    const std::lock_guard lock{mutex};
-    microseconds += ticks * 1000;
-}
-
-} // namespace recorded_clock
 
 void KvNRtosAbstraction::usleep(std::uint32_t duration) noexcept {
     const std::lock_guard lock{mutex};

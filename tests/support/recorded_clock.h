@@ -12,7 +12,4 @@ void restart(std::uint64_t ticks = 0);
 /// The naps taken since the restart, in microseconds.
 std::vector<std::uint32_t> naps();
 
-/// Moves the clock without a nap.
-void advance(std::uint64_t ticks);
-
 } // namespace recorded_clock

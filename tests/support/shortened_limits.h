@@ -5,13 +5,7 @@
 
 class ShortenedLimits {
 public:
-    static constexpr std::chrono::milliseconds kLimit{50};
-
-    ShortenedLimits() {
-        kvrpc::limits::connecting = kLimit;
-        kvrpc::limits::callOverride = kLimit;
-        kvrpc::limits::serverRecord = kLimit;
-    }
+    ShortenedLimits() = default;
     ~ShortenedLimits() {
         kvrpc::limits::connecting = connecting_;
         kvrpc::limits::callOverride = call_;
@@ -21,7 +15,8 @@ public:
     ShortenedLimits& operator=(const ShortenedLimits&) = delete;
 
 private:
-    const std::chrono::milliseconds connecting_ = kvrpc::limits::connecting;
-    const std::chrono::milliseconds call_ = kvrpc::limits::callOverride;
-    const std::chrono::milliseconds serverRecord_ = kvrpc::limits::serverRecord;
+    static constexpr std::chrono::milliseconds kShort{50};
+    const std::chrono::milliseconds connecting_ = kvrpc::limits::connecting.exchange(kShort);
+    const std::chrono::milliseconds call_ = kvrpc::limits::callOverride.exchange(kShort);
+    const std::chrono::milliseconds serverRecord_ = kvrpc::limits::serverRecord.exchange(kShort);
 };

@@ -3,25 +3,18 @@
 
 #include <cstdlib>
 #include <ctime>
-#include <optional>
-#include <string>
 
-/// Sets the zone while it lives.
+/// Sets the zone while it lives, and leaves the system's own behind.
 class TimeZone {
 public:
     explicit TimeZone(const char* zone) {
-        if (const char* const before = std::getenv("TZ")) { before_ = before; }
-        set(zone);
-    }
-    ~TimeZone() { set(before_ ? before_->c_str() : nullptr); }
-    TimeZone(const TimeZone&) = delete;
-    TimeZone& operator=(const TimeZone&) = delete;
-
-private:
-    static void set(const char* zone) {
-        zone == nullptr ? ::unsetenv("TZ") : ::setenv("TZ", zone, 1);
+        ::setenv("TZ", zone, 1);
         ::tzset();
     }
-
-    std::optional<std::string> before_{};
+    ~TimeZone() {
+        ::unsetenv("TZ");
+        ::tzset();
+    }
+    TimeZone(const TimeZone&) = delete;
+    TimeZone& operator=(const TimeZone&) = delete;
 };

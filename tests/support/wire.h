@@ -13,6 +13,7 @@
 namespace wire {
 
 using applman::xdr_record;
+using simulated_target::ScriptedReply;
 
 template <class Record>
 std::vector<std::uint8_t> bytesOf(Record record) {
@@ -39,37 +40,31 @@ inline applman::ErrorListBytes errorList(std::initializer_list<std::uint32_t> co
     return KvErrorListAccess::serialize(entries);
 }
 
-template <class Record>
-simulated_target::ScriptedReply reply(const Record& record) {
-    simulated_target::ScriptedReply scripted;
-    scripted.reply.results = bytesOf(record);
-    return scripted;
+inline ScriptedReply replyWith(kvrpc::AcceptStatus status, std::vector<std::uint8_t> results = {}) {
+    return {.reply = {status, std::move(results)}};
 }
 
-inline simulated_target::ScriptedReply result(std::int32_t value, std::initializer_list<std::uint32_t> codes = {}) {
+template <class Record>
+ScriptedReply reply(const Record& record) {
+    return replyWith(kvrpc::AcceptStatus::success, bytesOf(record));
+}
+
+inline ScriptedReply result(std::int32_t value, std::initializer_list<std::uint32_t> codes = {}) {
     return reply(applman::TApplManResult{value, codes.size() == 0 ? applman::ErrorListBytes{} : errorList(codes)});
 }
 
-inline simulated_target::ScriptedReply value(applman::TApplManValue typed) {
+inline ScriptedReply value(applman::TApplManValue typed) {
     return reply(applman::TApplManValueResult{0, std::move(typed), {}});
 }
 
 /// The refusal of an information item.
-inline simulated_target::ScriptedReply noValue(std::initializer_list<std::uint32_t> codes = {}) {
+inline ScriptedReply noValue(std::initializer_list<std::uint32_t> codes = {}) {
     return reply(applman::TApplManValueResult{-1, {}, errorList(codes)});
 }
 
 /// A call that fails: the target answers that something went wrong inside it.
-inline simulated_target::ScriptedReply failedCall() {
-    simulated_target::ScriptedReply scripted;
-    scripted.reply.status = kvrpc::AcceptStatus::systemError;
-    return scripted;
-}
+inline ScriptedReply failedCall() { return replyWith(kvrpc::AcceptStatus::systemError); }
 
-inline simulated_target::ScriptedReply notOffered() {
-    simulated_target::ScriptedReply scripted;
-    scripted.reply.status = kvrpc::AcceptStatus::procedureUnavailable;
-    return scripted;
-}
+inline ScriptedReply notOffered() { return replyWith(kvrpc::AcceptStatus::procedureUnavailable); }
 
 } // namespace wire

@@ -1,0 +1,353 @@
+// The RPC client and the server half, each against the other and against peers that do not play by the rules.
+#include <sys/resource.h>
+
+#include <latch>
+
+#include <gtest/gtest.h>
+
+#include "error_lists/platform_messages.h"
+#include "platform/rpc_client.h"
+#include "rpc_server/rpc_server.h"
+#include "support/pool.h"
+#include "support/scripted_peer.h"
+#include "support/shortened_limits.h"
+
+namespace {
+
+using namespace platform_messages;
+using namespace scripted_peer;
+using Codes = std::vector<std::uint32_t>;
+
+constexpr std::uint32_t kEcho = 10, kThrow = 11, kLacked = 12; // procedures
+
+class EchoService : public kvrpc::RpcService {
+public:
+    kvrpc::RpcReply handle(const kvrpc::RpcCall& call) override {
+        if (call.procedure == kThrow) { throw std::runtime_error{"broken"}; }
+        kvrpc::RpcReply reply;
+        if (call.procedure == kLacked) { reply.status = kvrpc::AcceptStatus::procedureUnavailable; }
+        reply.results.assign(call.arguments.begin(), call.arguments.end());
+        return reply;
+    }
+    void connectionClosed(std::uint64_t) noexcept override {}
+};
+
+bool xdrNumber(Xdr& xdr, void* value) { return xdr_u_int(xdr, *static_cast<std::uint32_t*>(value)); }
+bool xdrText(Xdr& xdr, void* value) { return xdr_string(xdr, *static_cast<std::string*>(value)); }
+
+struct Client {
+    explicit Client(const std::string& address) : client(pool, address.c_str()) {}
+
+    std::int32_t call(std::uint32_t procedure, std::uint32_t number) { return callWith(pool, procedure, number); }
+    bool echoes(std::uint32_t number) { return call(kEcho, number) == 0; }
+    bool echoes(std::string text) {
+        std::string received;
+        return client.clntCall(pool, kEcho, xdrText, &text, xdrText, &received) == 0 && received == text;
+    }
+
+    /// Sends a number. Result: that of the call, or 99 when another number came back.
+    std::int32_t callWith(Pool& own, std::uint32_t procedure, std::uint32_t sent) {
+        std::uint32_t received = ~sent;
+        const std::int32_t result = client.clntCall(own, procedure, xdrNumber, &sent, xdrNumber, &received);
+        return result == 0 && received != sent ? 99 : result;
+    }
+
+    /// Sends `count` numbers at once. Result: how many came back to where they came from.
+    int echoesAtOnce(std::uint32_t count) {
+        std::atomic<int> right{0};
+        std::vector<std::thread> threads;
+        for (std::uint32_t number = 0; number < count; ++number) {
+            threads.emplace_back([&, number] {
+                Pool own;
+                right += callWith(own, kEcho, number) == 0 ? 1 : 0;
+            });
+        }
+        for (std::thread& thread : threads) {
+            thread.join();
+        }
+        return right;
+    }
+
+    Pool pool{};
+    KvCRpcClient client;
+};
+
+Bytes echoOf(const Bytes& call) { return reply(call, Bytes(call.begin() + 40, call.end())); }
+
+/// Answers every call with its own argument, until the client is gone.
+void echoAll(const Wire& wire) {
+    for (Bytes call = wire.receiveRecord(); !call.empty(); call = wire.receiveRecord()) {
+        wire.send(echoOf(call));
+    }
+}
+
+class Rpc : public testing::Test {
+protected:
+    EchoService service{};
+    kvrpc::RpcServer server{service};
+    std::string address = server.start("127.0.0.1", 0);
+    Client client{address};
+};
+
+TEST_F(Rpc, CallsOfManyThreadsShareOneConnectionThatOutlivesTheirFailures) {
+    EXPECT_TRUE(client.echoes(std::string(3 << 20, 'x')));
+    EXPECT_EQ(client.call(kLacked, 1), KvCRpcClient::kProcedureNotOffered);
+    EXPECT_EQ(client.pool.codes(), Codes{}) << "a procedure that is not offered is told by the result alone";
+    EXPECT_LT(client.call(kThrow, 1), 0);
+
+    const XdrRoutine failing = [](Xdr&, void*) { return false; };
+    const XdrRoutine throwing = [](Xdr&, void*) -> bool { throw std::bad_alloc{}; };
+    std::uint32_t number = 0;
+    EXPECT_LT(client.client.clntCall(client.pool, kEcho, failing, &number, xdrNumber, &number), 0);
+    EXPECT_LT(client.client.clntCall(client.pool, kEcho, throwing, &number, xdrNumber, &number), 0);
+    EXPECT_LT(client.client.clntCall(client.pool, kEcho, xdrNumber, &number, failing, &number), 0);
+    EXPECT_LT(client.client.clntCall(client.pool, kEcho, xdrNumber, &number, throwing, &number), 0);
+    EXPECT_EQ(client.pool.codes(), (Codes{kRpcCallRefused, kRpcRequestNotEncoded, kRpcClientUnusable,
+                                          kRpcReplyMalformed, kRpcClientUnusable}));
+    for (int round = 0; round < 50; ++round) {
+        EXPECT_EQ(client.echoesAtOnce(16), 16);
+    }
+    EXPECT_EQ(server.acceptedConnections(), 1U);
+}
+
+TEST(RpcClient, RepliesInAnotherOrderReachTheirCallersAndALostConnectionIsReplacedOnce) {
+    ScriptedPeer peer{{[](const Wire& wire) {
+                           std::vector<Bytes> calls(16);
+                           for (Bytes& call : calls) {
+                               call = wire.receiveRecord();
+                           }
+                           for (auto call = calls.rbegin(); call != calls.rend(); ++call) {
+                               wire.send(echoOf(*call));
+                           }
+                           wire.receive(8 * 48 - 1); // the other calls but for a byte, which makes it an error
+                       },
+                       echoAll}};
+    Client shared{peer.address()};
+    EXPECT_EQ(shared.echoesAtOnce(16), 16);
+    EXPECT_EQ(shared.echoesAtOnce(8), 0);
+    EXPECT_EQ(shared.echoesAtOnce(8), 8);
+    EXPECT_EQ(peer.accepted(), 2);
+}
+
+TEST(RpcClient, TakesRepliesInEveryFormThatIsAllowedAndIgnoresThoseOfNobody) {
+    ScriptedPeer peer{{[](const Wire& wire) {
+                           const Bytes call = wire.receiveRecord();
+                           wire.send(reply(words({wordAt(call, 0) + 1000}), words({99})) + fragment(call));
+                           // An unknown verifier, padding of any value, bytes behind the results.
+                           const Bytes record = words({wordAt(call, 0), 1, 0, 77, 397}) + Bytes(400, 0xEE) +
+                                                words({0, wordAt(call, 10), 1, 2, 3});
+                           for (std::size_t i = 0; i < record.size(); ++i) {
+                               wire.send(fragment({}, false) + fragment({record[i]}, i + 1 == record.size()));
+                           }
+                           wire.send(reply(call, words({99})));
+                           wire.send(echoOf(wire.receiveRecord()) + reply(call, words({99})));
+                       },
+                       echoAll}};
+    Client client{peer.address()};
+    EXPECT_TRUE(client.echoes(1));
+    EXPECT_TRUE(client.echoes(2));
+    peer.awaitFirstClosed();
+    EXPECT_TRUE(client.echoes(3)) << "a connection that is found closed is replaced unnoticed";
+    EXPECT_EQ(peer.accepted(), 2);
+    EXPECT_EQ(client.pool.codes(), Codes{});
+}
+
+TEST(RpcClient, ABadReplyFailsItsOwnCallOnly) {
+    const struct {
+        const char* name;
+        Bytes afterXid;
+        std::uint32_t message;
+    } badReplies[] = {
+        {"RPC version mismatch", words({1, 1, 0, 2, 2}), kRpcCallRefused},
+        {"a reject status that makes 3 of 100", words({1, 1, 0xFFFFFF9F}), kRpcCallRefused},
+        {"program mismatch", words({1, 0, 0, 0, 2, 1, 1}), kRpcCallRefused},
+        {"highest accept status", words({1, 0, 0, 0, 0xFFFFFFFF}), kRpcCallRefused},
+        {"unknown reply status", words({1, 5, 0, 0, 0, 7}), kRpcReplyMalformed},
+        {"verifier too long", words({1, 0, 0, 401}) + Bytes(404, 0) + words({0, 7}), kRpcReplyMalformed},
+        {"verifier longer than the record", words({1, 0, 0, 0x7FFFFFFC, 0, 7}), kRpcReplyMalformed},
+        {"verifier whose padding wraps", words({1, 0, 0, 0xFFFFFFFF, 0, 7}), kRpcReplyMalformed},
+        {"end within the head", words({1, 0, 0}), kRpcReplyMalformed},
+        {"no results", words({1, 0, 0, 0, 0}), kRpcReplyMalformed},
+    };
+    for (const auto& bad : badReplies) {
+        SCOPED_TRACE(bad.name);
+        ScriptedPeer peer{{[&](const Wire& wire) {
+            wire.send(fragment(words({wordAt(wire.receiveRecord(), 0)}) + bad.afterXid));
+            echoAll(wire);
+        }}};
+        Client client{peer.address()};
+        const std::int32_t result = client.call(kEcho, 1);
+        EXPECT_LT(result, 0);
+        EXPECT_NE(result, KvCRpcClient::kProcedureNotOffered);
+        EXPECT_EQ(client.pool.codes(), Codes{bad.message});
+        EXPECT_TRUE(client.echoes(2));
+        EXPECT_EQ(peer.accepted(), 1);
+    }
+}
+
+TEST(RpcClient, ABrokenStreamIsReplacedByTheNextCall) {
+    const struct {
+        const char* name;
+        Bytes sent;
+        std::uint32_t message;
+    } brokenStreams[] = {
+        {"a fragment over the limit", words({0xFFFFFFFF}), kRpcReplyMalformed},
+        {"fragments whose sum is over it", fragment({1}, false) + words({0x80000000U | (1U << 20)}),
+         kRpcReplyMalformed},
+        {"an empty record", fragment({}), kRpcReplyMalformed},
+        {"empty fragments for ever", Bytes(1 << 20, 0), kRpcReplyMalformed},
+        {"end before the reply", {}, kRpcConnectionLost},
+        {"end within a mark", {0x80, 0}, kRpcConnectionLost},
+        {"end within a reply", words({0x80000020, 1, 1, 0}), kRpcConnectionLost},
+    };
+    kvrpc::limits::largestReply = 1U << 20;
+    for (const auto& broken : brokenStreams) {
+        SCOPED_TRACE(broken.name);
+        ScriptedPeer peer{{[&](const Wire& wire) {
+                               wire.receiveRecord();
+                               wire.send(broken.sent);
+                           },
+                           [](const Wire& wire) {
+                               const Bytes call = wire.receiveRecord();
+                               EXPECT_EQ(wordAt(call, 10), 2U) << "a call that was sent is never sent again";
+                               wire.send(echoOf(call));
+                               wire.awaitEnd();
+                           }}};
+        Client client{peer.address()};
+        EXPECT_FALSE(client.echoes(1));
+        EXPECT_EQ(client.pool.codes(), Codes{broken.message});
+        EXPECT_TRUE(client.echoes(2));
+        EXPECT_EQ(peer.accepted(), 2);
+    }
+    kvrpc::limits::largestReply = kvrpc::kLargestRecord;
+}
+
+TEST(RpcClient, WhenTheReaderGivesUpAnotherCallGoesOnReading) {
+    std::latch firstArrived{1};
+    std::latch firstGaveUp{1};
+    ScriptedPeer peer{{[&](const Wire& wire) {
+        wire.receiveRecord();
+        firstArrived.count_down();
+        const Bytes second = wire.receiveRecord();
+        firstGaveUp.wait();
+        wire.send(echoOf(second));
+        wire.awaitEnd();
+    }}};
+    Client shared{peer.address()};
+    EXPECT_EQ(shared.client.setParameter(shared.pool, 6, 50'000), 0);
+    std::thread first{[&] {
+        EXPECT_FALSE(shared.echoes(1));
+        firstGaveUp.count_down();
+    }};
+    firstArrived.wait();
+    EXPECT_EQ(shared.client.setParameter(shared.pool, 6, 15'000'000), 0);
+    Pool pool;
+    EXPECT_EQ(shared.callWith(pool, kEcho, 2), 0);
+    first.join();
+}
+
+TEST(RpcClient, APeerThatStopsReadingCostsTheCallTimeoutAndTheConnection) {
+    std::latch gaveUp{1};
+    ScriptedPeer peer{{[&](const Wire&) { gaveUp.wait(); }, echoAll}};
+    Client client{peer.address()};
+    {
+        const ShortenedLimits shortened;
+        EXPECT_FALSE(client.echoes(std::string(16 << 20, 'x')));
+    }
+    gaveUp.count_down();
+    EXPECT_EQ(client.pool.codes(), Codes{kRpcCallTimedOut});
+    EXPECT_TRUE(client.echoes(2));
+    EXPECT_EQ(peer.accepted(), 2);
+}
+
+TEST(RpcClient, APeerThatTakesNothingBeforeItsLateReplyIsTakenIsServed) {
+    constexpr std::size_t kMuch = 8 << 20;
+    ScriptedPeer peer{{[&](const Wire& wire) {
+        const Bytes late = wire.receiveRecord();
+        const Bytes start = wire.receive(48); // of the second call
+        wire.send(reply(late, Bytes(2 * kMuch, 0)));
+        wire.send(reply(Bytes(start.begin() + 4, start.end()), words({kMuch}) + wire.receive(kMuch)));
+        wire.awaitEnd();
+    }}};
+    Client client{peer.address()};
+    {
+        const ShortenedLimits shortened;
+        EXPECT_FALSE(client.echoes(1));
+    }
+    EXPECT_TRUE(client.echoes(std::string(kMuch, 'x')));
+}
+
+TEST(RpcClient, MemoryGrowsOnlyWithWhatArrives) {
+    ScriptedPeer peer{{[](const Wire& wire) {
+        wire.send(words({0x80000000U | (255U << 20)}));
+        wire.awaitEnd();
+    }}};
+    Client client{peer.address()};
+    rusage before{}, after{};
+    getrusage(RUSAGE_SELF, &before);
+    const ShortenedLimits shortened;
+    EXPECT_FALSE(client.echoes(1));
+    getrusage(RUSAGE_SELF, &after);
+    EXPECT_EQ(client.pool.codes(), Codes{kRpcCallTimedOut});
+    EXPECT_LT(after.ru_maxrss - before.ru_maxrss, 4096) << "KiB";
+}
+
+TEST(RpcClient, TellsWhyItCannotConnect) {
+    const ShortenedLimits shortened;
+    std::string silent;
+    const Wire listener{listenOnLoopback(silent, 0)};
+    const Wire filler{silent}; // the backlog is full now, so that nobody answers the next
+    std::string dead;
+    { const Wire closed{listenOnLoopback(dead, 1)}; }
+    const std::pair<std::string, std::uint32_t> cases[] = {{dead, kRpcConnectionRefused},
+                                                           {"255.255.255.255:1", kRpcHostUnreachable},
+                                                           {silent, kRpcConnectTimedOut},
+                                                           {"localhost:80", kRpcClientUnusable}};
+    for (const auto& [address, message] : cases) {
+        Client client{address};
+        EXPECT_LT(client.client.connect(client.pool), 0);
+        EXPECT_FALSE(client.echoes(1)) << "a call tries again, and fails alike";
+        EXPECT_EQ(client.pool.codes(), (Codes{message, message}));
+        EXPECT_NE(client.pool.text(0).find(address), std::string::npos);
+    }
+}
+
+TEST_F(Rpc, TheServerAnswersEveryCallWithItsStatusAndClosesTheConnectionOfWhatIsNone) {
+    const Bytes credentials = words({9, 2, 0x61620000, 1000, 1000, 1, 4}); // stamp, "ab", user, group, a further group
+    const Bytes success = words({8, 1, 0, 0, 0, 0, 42});
+    const struct {
+        const char* name;
+        Bytes call;
+        Bytes reply; // none when the connection is closed instead
+    } cases[] = {
+        {"success", words({8, 0, 2, 77, 1, kEcho, 0, 0, 0, 0, 42}), success},
+        {"another RPC version", words({8, 0, 3}), words({8, 1, 1, 0, 2, 2})},
+        {"credentials", words({8, 0, 2, 77, 1, kEcho, 1, 28}) + credentials + words({0, 0, 42}), success},
+        {"broken credentials", words({8, 0, 2, 77, 1, kEcho, 1, 4, 9, 0, 0}), words({8, 1, 1, 1, 1})},
+        {"unknown credentials", words({8, 0, 2, 77, 1, kEcho, 6, 0, 0, 0}), words({8, 1, 1, 1, 2})},
+        {"a reply", words({8, 1, 0, 0, 0, 0}), {}},
+        {"an empty record", {}, {}},
+        {"end within the head", words({8, 0, 2, 77, 1}), {}},
+        {"too long credentials", words({8, 0, 2, 77, 1, kEcho, 0, 404}) + Bytes(404, 0) + words({0, 0}), {}},
+    };
+    const Wire other{address};
+    for (const auto& each : cases) {
+        SCOPED_TRACE(each.name);
+        const Wire wire{address};
+        wire.send(fragment(each.call));
+        EXPECT_EQ(wire.receiveRecord(), each.reply);
+    }
+    for (const Bytes& noRecord : {words({0xFFFFFFFF}), Bytes(65536, 0)}) { // over the limit; without an end
+        const Wire wire{address};
+        wire.send(noRecord);
+        EXPECT_EQ(wire.receive(1), Bytes{});
+    }
+    const ShortenedLimits shortened;
+    const Wire half{address};
+    half.send({0x80, 0});
+    EXPECT_EQ(half.receive(1), Bytes{});
+    other.send(fragment(cases[0].call));
+    EXPECT_EQ(other.receiveRecord(), success) << "an idle connection is kept";
+}
+
+} // namespace
