@@ -85,6 +85,13 @@ TEST_F(CallsToForeignServer, AFileIsAnnouncedWithAndWithoutItsRecord) {
     EXPECT_EQ(added->targetName, "name.bin");
 }
 
+TEST_F(CallsToForeignServer, AFlashApplicationIsCommandedByA64BitId) {
+    const TApplManFlashCommand command{
+        1, -0x0102030405060708, {1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15, 16}, {'a', 'z'}};
+    Reply<TApplManResult> reply{*client_};
+    EXPECT_EQ(call(APPLMAN_LOAD_FLASH_APPL, {kAccessId, command}, reply), 0);
+}
+
 TEST_F(CallsToForeignServer, WhatTheServerRefusesIsToldApartAndTheConnectionStaysUsable) {
     Reply<TApplManResult> reply{*client_};
     EXPECT_EQ(call(APPLMAN_STEP_APPL, {kAccessId, kApplId}, reply), KvCRpcClient::kProcedureNotOffered);

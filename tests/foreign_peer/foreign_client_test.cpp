@@ -62,7 +62,7 @@ protected:
     }
 
     TemporaryFolder store_{};
-    ChildProcess target_{{KVTARGET, "--store", store_.path().string()}};
+    ChildProcess target_{{KVTARGET, "--store", store_.path().string(), "--flash", "7", "--delay", "0"}};
     std::unique_ptr<CLIENT, void (*)(CLIENT*)> client_{nullptr, [](CLIENT* client) { clnt_destroy(client); }};
 };
 
@@ -82,6 +82,30 @@ TEST_F(ForeignClient, GetsBackTheParametersOfEveryTagThatItHasSet) {
         EXPECT_EQ(got.result, 0);
         EXPECT_TRUE(sameRecord(reinterpret_cast<xdrproc_t>(xdr_applman_value), &got.value, &value));
     }
+}
+
+TEST_F(ForeignClient, AnnouncesAFileAndLoadsFromFlash) {
+    char source[] = "C:\\source.bin";
+    char name[] = "name.bin";
+    char nothing[] = "";
+    applman_file_record file{registerProcess(), 5, source, nothing, name, 0, nothing, {}, nothing};
+    applman_add_file_request_2 announce{kAccessId, &file};
+    ForeignReply<applman_add_file_result> announced{xdr_applman_add_file_result};
+    ASSERT_EQ(applman_add_file_2_2(&announce, &announced, client_.get()), RPC_SUCCESS);
+    EXPECT_EQ(announced.result, 0);
+    EXPECT_STREQ(announced.target_name, "name.bin");
+
+    applman_flash_request load{};
+    load.access_id = kAccessId;
+    load.command.command = 1;
+    load.command.flash_appl_id = 7;
+    ForeignReply<applman_result> accepted{xdr_applman_result};
+    ASSERT_EQ(applman_load_flash_appl_2(&load, &accepted, client_.get()), RPC_SUCCESS);
+    EXPECT_EQ(accepted.result, 0);
+    applman_request ask{kMode, kAccessId, 0};
+    ForeignReply<applman_result> state{xdr_applman_result};
+    ASSERT_EQ(applman_get_command_state_2(&ask, &state, client_.get()), RPC_SUCCESS);
+    EXPECT_EQ(state.result, 0);
 }
 
 TEST_F(ForeignClient, IsToldWhyAParameterIsRefused) {

@@ -21,6 +21,10 @@ static applman_file_record file = {kApplId,     5,      "C:\\source.bin",       
                                    0x00ABCDEFU, "more", {1, 2, 3, 4, 5, 6, 7, 8}, "end"};
 static applman_add_file_request_2 withFile = {kAccessId, &file}, withoutFile = {kAccessId, NULL};
 static applman_add_file_result added = {-1, "store/files", {0, NULL}, "name.bin"}, nothing = {9, "", {0, NULL}, ""};
+static int letters[] = {'a', 'z'};
+static applman_flash_request flash = {
+    kAccessId,
+    {1, -0x0102030405060708, {1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15, 16}, {2, letters}}};
 static applman_result done = {0, {0, NULL}}, busy = {2, {0, NULL}};
 static applman_set_param_request sets[kForeignTagCount];
 static applman_get_param_request gets[kForeignTagCount];
@@ -37,7 +41,7 @@ struct exchange {
 #define EXCHANGE(procedure, requestType, request, replyType, reply)                                                    \
     { procedure, (xdrproc_t)xdr_##requestType, request, (xdrproc_t)xdr_##replyType, reply }
 
-enum { kPlainExchanges = 5, kExchanges = kPlainExchanges + 2 * kForeignTagCount };
+enum { kPlainExchanges = 6, kExchanges = kPlainExchanges + 2 * kForeignTagCount };
 
 static struct exchange exchanges[kExchanges] = {
     EXCHANGE(APPLMAN_OPEN_GROUP, u_int, &accessId, applman_group_result, &opened),
@@ -45,6 +49,7 @@ static struct exchange exchanges[kExchanges] = {
     EXCHANGE(APPLMAN_GET_COMMAND_STATE, applman_request, &askedState, applman_result, &busy),
     EXCHANGE(APPLMAN_ADD_FILE_2, applman_add_file_request_2, &withFile, applman_add_file_result, &added),
     EXCHANGE(APPLMAN_ADD_FILE_2, applman_add_file_request_2, &withoutFile, applman_add_file_result, &nothing),
+    EXCHANGE(APPLMAN_LOAD_FLASH_APPL, applman_flash_request, &flash, applman_result, &done),
 };
 
 static void expectParameters(void) {
@@ -79,6 +84,7 @@ static void answer(struct svc_req* call, SVCXPRT* transport) {
         applman_set_param_request parameter;
         applman_add_file_request_2 file;
         applman_register_request registration;
+        applman_flash_request flash;
     } request;
     memset(&request, 0, sizeof request);
     const bool_t decoded = svc_getargs(transport, offered->requestRoutine, &request);
