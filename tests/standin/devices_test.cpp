@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include "error_lists/platform_messages.h"
+#include "host_interface/test_hooks.h"
 #include "platform/host_interface.h"
 #include "support/pool.h"
 
@@ -66,6 +67,17 @@ TEST_F(Devices, AddressIsReadStrictly) {
     void* const highest = addDevice(pool_, "255.255.255.255:65535");
     EXPECT_EQ(parameter(highest, 6), 0xFFFFFFFFU);
     EXPECT_EQ(KvPlatform_removeDevice(pool_, highest), 0);
+}
+
+TEST_F(Devices, LevelsAreRememberedPerProcessUnlessTheyAreRefused) {
+    EXPECT_EQ(KvHIM_requestAccessRestrictionLevel(pool_, access_, 7, 0x30002), 0);
+    EXPECT_EQ(KvHIM_requestAccessRestrictionLevel(pool_, access_, 8, 0x10001), 0);
+    host_interface::refuseLevel(0x10001);
+    EXPECT_LT(KvHIM_requestAccessRestrictionLevel(pool_, access_, 7, 0x10001), 0);
+    host_interface::refuseNoLevel();
+    EXPECT_EQ(host_interface::grantedLevel(access_, 7), 0x30002U);
+    EXPECT_EQ(host_interface::grantedLevel(access_, 8), 0x10001U);
+    EXPECT_EQ(host_interface::grantedLevel(access_, 9), std::nullopt);
 }
 
 TEST_F(Devices, HandleThatNamesNothingIsAFailureOfEveryOperation) {
