@@ -1,23 +1,20 @@
 // The download of a group: order of the phases, what is announced, where failures stop it, what is reported meanwhile.
 #include <fstream>
-#include <sstream>
 
-#include "api/KvApplicationManagerAP.h"
-#include "protocol/procedure_numbers.h"
-#include "support/one_target.h"
+#include "api/api_test.h"
 
 using namespace applman;
 
 namespace {
 
 struct Step {
-    std::string phase;
-    std::string file;
+    std::string what;
     double fraction;
 };
 
 void record(const KvTApplManProgress* progress, void* steps) {
-    static_cast<std::vector<Step>*>(steps)->push_back({progress->phaseName, progress->fileName, progress->fraction});
+    static_cast<std::vector<Step>*>(steps)->push_back(
+        {std::string(progress->phaseName) + " " + progress->fileName, progress->fraction});
 }
 
 void throwing(const KvTApplManProgress*, void* calls) {
@@ -25,62 +22,60 @@ void throwing(const KvTApplManProgress*, void* calls) {
     throw 1;
 }
 
-simulated_target::Options withInitCalls(std::uint32_t calls) {
+simulated_target::Options withTwoInitCalls() {
     simulated_target::Options options;
-    options.initialisationCalls = calls;
+    options.initialisationCalls = 2;
     return options;
 }
 
+std::string self(const std::string& what) { return "KvApplMan_downloadApplUtf8 " + what; }
+
 /// A group of three slots, the middle one empty, whose two processes are registered.
-class Download : public OneTarget {
+class Download : public ApiTest {
 protected:
-    explicit Download(simulated_target::Options options = withInitCalls(2)) : OneTarget(std::move(options)) {
+    Download() : ApiTest(withTwoInitCalls()) {
         EXPECT_EQ(KvApplMan_createApplGroupHandle_2(pool, devices, handles, 3, &group), 0);
         EXPECT_EQ(KvApplMan_registerAppl_2(pool, t.device, t.access, group, 1, &applIds[0]), 0);
         EXPECT_EQ(KvApplMan_registerAppl_2(pool, t.device, t.access, group, 3, &applIds[2]), 0);
-        EXPECT_EQ(messages(pool), Messages{});
-        write("first.bin", std::string(100, 'a'));
-        write("second.bin", std::string(300, 'b'));
+        std::ofstream{first} << std::string(100, 'a');
+        std::ofstream{second} << std::string(300, 'b');
         t.target.forgetRequests();
     }
     ~Download() override { EXPECT_EQ(KvApplMan_deleteApplGroupHandle(pool, group), 0); }
 
-    void write(const std::string& name, const std::string& content) {
-        std::ofstream{folder.path() / name, std::ios::binary} << content;
-    }
-    std::string pathOf(const char* name) const { return (folder.path() / name).string(); }
-
-    std::int32_t download(std::uint32_t count = 3, KvTApplManProgressCallback callback = nullptr,
-                          void* userData = nullptr) {
+    Outcome download(std::uint32_t count = 3, KvTApplManProgressCallback callback = nullptr, void* userData = nullptr) {
         const char* const paths[] = {first.c_str(), nullptr, second.c_str()};
-        return KvApplMan_downloadApplUtf8(pool, devices, handles, applIds, paths, 77, count, callback, userData,
-                                          targetPaths);
+        return outcome(KvApplMan_downloadApplUtf8(pool, devices, handles, applIds, paths, 77, count, callback, userData,
+                                                  targetPaths));
     }
 
-    /// The third word of the requests of a procedure: the processes that it was meant for.
-    std::vector<std::uint32_t> processesOf(std::uint32_t procedure) const {
-        std::vector<std::uint32_t> all;
-        for (const auto& asked : t.target.requests()) {
-            if (asked.procedure == procedure) { all.push_back(wire::recordOf<TApplManRequest>(asked.arguments).third); }
+    void answerWords(const Words& values) {
+        for (const std::uint32_t value : values) {
+            t.target.script(kGetParam, wire::value(value));
+        }
+    }
+
+    /// The processes that the requests of a procedure were meant for.
+    Words processesOf(std::uint32_t procedure) const {
+        const auto asked = procedures();
+        Words all;
+        for (std::size_t index = 0; index < asked.size(); ++index) {
+            if (asked[index] == procedure) { all.push_back(sentWords(index).at(2)); }
         }
         return all;
     }
 
-    std::vector<std::string> contentsOfStore() const {
-        std::vector<std::string> all;
+    std::uintmax_t storedBytes() const {
+        std::uintmax_t all = 0;
         for (const auto& entry : std::filesystem::recursive_directory_iterator(t.store())) {
-            if (!entry.is_regular_file()) { continue; }
-            std::ostringstream content;
-            content << std::ifstream{entry.path(), std::ios::binary}.rdbuf();
-            all.push_back(content.str());
+            if (entry.is_regular_file()) { all += entry.file_size(); }
         }
-        std::sort(all.begin(), all.end());
         return all;
     }
 
     TemporaryFolder folder;
-    std::string first = pathOf("first.bin");
-    std::string second = pathOf("second.bin");
+    std::string first = (folder.path() / "first.bin").string();
+    std::string second = (folder.path() / "second.bin").string();
     void* devices[3] = {t.device, nullptr, t.device};
     void* handles[3] = {t.access, nullptr, t.access};
     std::uint32_t applIds[3] = {};
@@ -88,61 +83,46 @@ protected:
     KvSApplGroupHandle* group = nullptr;
 };
 
-class CompleteLoad : public Download {
-protected:
-    CompleteLoad() : Download(withInitCalls(0)) {}
-};
-
-std::string self(const std::string& what) { return "KvApplMan_downloadApplUtf8 " + what; }
-
-std::string hexadecimal(std::uint32_t value) {
-    std::ostringstream text;
-    text << std::hex << value;
-    return text.str();
-}
-
 } // namespace
 
 TEST_F(Download, LoadsInitialisesInPassesAndApplies) {
     std::vector<Step> steps;
-    ASSERT_EQ(download(3, record, &steps), 0);
+    ASSERT_EQ(download(3, record, &steps), (Outcome{0, {}}));
     const std::uint32_t a = applIds[0];
     const std::uint32_t b = applIds[2];
-    EXPECT_EQ(processesOf(kLoadAppl), (std::vector{a, b}));
-    EXPECT_EQ(processesOf(kInitAppl), (std::vector{a, b, a, b}));
-    EXPECT_EQ(processesOf(kApplyAppl), (std::vector{a, b}));
-    EXPECT_EQ(processesOf(kLoadApplComplete), std::vector<std::uint32_t>{});
-    EXPECT_EQ(contentsOfStore(), (std::vector{std::string(100, 'a'), std::string(300, 'b')}));
-    EXPECT_EQ(messages(pool), Messages{});
+    EXPECT_EQ(processesOf(kLoadAppl), (Words{a, b}));
+    EXPECT_EQ(processesOf(kInitAppl), (Words{a, b, a, b}));
+    EXPECT_EQ(processesOf(kApplyAppl), (Words{a, b}));
+    EXPECT_EQ(processesOf(kLoadApplComplete), Words{});
+    EXPECT_EQ(storedBytes(), 400U);
 
-    ASSERT_FALSE(steps.empty());
-    EXPECT_TRUE(std::is_sorted(steps.begin(), steps.end(),
-                               [](const Step& x, const Step& y) { return x.fraction < y.fraction; }));
-    EXPECT_DOUBLE_EQ(steps.back().fraction, 1.0);
-    const double step = 1.0 / (1 + 3 * 3); // 400 bytes, and as many units per slot and phase
     std::vector<std::string> phases;
+    double fraction = 0.0;
     for (const Step& reported : steps) {
-        const std::string phase = reported.phase + " " + reported.file;
-        if (phases.empty() || phases.back() != phase) { phases.push_back(phase); }
+        if (phases.empty() || phases.back() != reported.what) { phases.push_back(reported.what); }
+        EXPECT_GE(reported.fraction, fraction);
+        fraction = reported.fraction;
     }
     EXPECT_EQ(phases, (std::vector<std::string>{"\"Load\" first.bin", "\"Load\" ", "\"Load\" second.bin",
                                                 "\"Init\" first.bin", "\"Init\" ", "\"Init\" second.bin",
                                                 "\"Apply\" first.bin", "\"Apply\" ", "\"Apply\" second.bin"}));
-    EXPECT_NEAR(steps[steps.size() - 2].fraction, 1.0 - step, 1e-12);
+    EXPECT_DOUBLE_EQ(fraction, 1.0);
+    EXPECT_NEAR(steps[steps.size() - 2].fraction, 0.9, 1e-12) << "400 bytes, and as many units per slot and phase";
 }
 
-TEST_F(CompleteLoad, EndsWithTheLoad) {
+TEST_F(Download, ACompleteLoadEndsWithTheLoad) {
+    answerWords({3, 0, 0}); // slots, initialisation calls
     std::vector<Step> steps;
-    ASSERT_EQ(download(3, record, &steps), 0);
+    ASSERT_EQ(download(3, record, &steps), (Outcome{0, {}}));
     EXPECT_EQ(processesOf(kLoadApplComplete).size(), 2U);
-    EXPECT_EQ(processesOf(kLoadAppl).size() + processesOf(kInitAppl).size() + processesOf(kApplyAppl).size(), 0U);
+    EXPECT_EQ(processesOf(kInitAppl).size() + processesOf(kApplyAppl).size(), 0U);
     EXPECT_DOUBLE_EQ(steps.back().fraction, 1.0);
 }
 
 TEST_F(Download, ABinaryIsAnnouncedInSevenParameters) {
     const char* const names[] = {"sub\\name.x86", nullptr, ""};
     targetPaths = names;
-    ASSERT_EQ(download(), 0);
+    ASSERT_EQ(download(), (Outcome{0, {}}));
     std::vector<TApplManSetParamRequest> sent;
     for (const auto& asked : t.target.requests()) {
         if (asked.procedure == kSetParam) { sent.push_back(wire::recordOf<TApplManSetParamRequest>(asked.arguments)); }
@@ -150,8 +130,7 @@ TEST_F(Download, ABinaryIsAnnouncedInSevenParameters) {
     ASSERT_EQ(sent.size(), 14U);
     const std::uint32_t order[] = {10, 7, 34, 12, 33, 5, 6};
     for (std::size_t i = 0; i < sent.size(); ++i) {
-        EXPECT_EQ(sent[i].targetParamId, order[i % 7]);
-        EXPECT_EQ(sent[i].applId, applIds[i < 7 ? 0 : 2]);
+        EXPECT_EQ((Words{sent[i].targetParamId, sent[i].applId}), (Words{order[i % 7], applIds[i < 7 ? 0 : 2]}));
     }
     EXPECT_EQ(sent[0].value, TApplManValue{std::uint32_t{77}});
     EXPECT_GT(std::get<kTagQuad>(sent[1].value), 0);
@@ -162,87 +141,57 @@ TEST_F(Download, ABinaryIsAnnouncedInSevenParameters) {
 }
 
 TEST_F(Download, ArgumentsAndTheNumberOfSlotsAreJudgedBeforeAnythingIsLoaded) {
-    const char* const paths[] = {first.c_str(), nullptr, second.c_str()};
-    EXPECT_EQ(KvApplMan_downloadApplUtf8(pool, devices, handles, applIds, nullptr, 0, 3, nullptr, nullptr, nullptr),
-              -100);
-    EXPECT_EQ(KvApplMan_downloadApplUtf8(pool, devices, handles, nullptr, paths, 0, 3, nullptr, nullptr, nullptr),
-              -100);
-    EXPECT_EQ(download(0x01000000), -100) << "load options are no slots";
-    EXPECT_EQ(messages(pool), Messages(3, self("1024")));
-    pool->reset();
-    EXPECT_EQ(download(2), -130);
-    EXPECT_EQ(messages(pool), Messages{"KvApplMan_checkApplicationCount 0x1250004f(2,3)"});
-    pool->reset();
-    t.target.script(kGetParam, wire::noValue({0x14a00805}));
-    EXPECT_EQ(download(), -175);
-    EXPECT_EQ(messages(pool).back(), "KvApplMan_checkApplicationCount 0x1250004e");
-    pool->reset();
-    t.target.script(kGetParam, wire::value(std::uint32_t{3}));
-    t.target.script(kGetParam, wire::failedCall());
-    EXPECT_EQ(download(), -185);
-    EXPECT_EQ(messages(pool).back(), self("0x12500054"));
-    pool->reset();
-    for (const std::uint32_t answer : {3U, 0U, 1U}) {
-        t.target.script(kGetParam, wire::value(answer));
-    }
-    EXPECT_EQ(download(), -130);
-    EXPECT_EQ(messages(pool), Messages{self("0x12500055")});
-    EXPECT_EQ(contentsOfStore(), std::vector<std::string>{});
-    EXPECT_EQ(processesOf(kLoadAppl).size(), 0U);
+    EXPECT_EQ(
+        outcome(KvApplMan_downloadApplUtf8(pool, devices, handles, applIds, nullptr, 0, 3, nullptr, nullptr, nullptr)),
+        (Outcome{-100, {self("1024")}}));
+    EXPECT_EQ(download(0x01000000), (Outcome{-100, {self("1024")}})) << "load options are no slots";
+    EXPECT_EQ(download(2), (Outcome{-130, {"KvApplMan_checkApplicationCount 0x1250004f(2,3)"}}));
+    t.target.script(kGetParam, wire::noValue());
+    EXPECT_EQ(download(),
+              (Outcome{-175, {"KvApplMan_getApplInfo 0x12500007", "KvApplMan_checkApplicationCount 0x1250004e"}}));
+    answerWords({3});
+    t.target.script(kGetParam, wire::noValue());
+    EXPECT_EQ(download(), (Outcome{-175, {"KvApplMan_getApplInfo 0x12500007", self("0x12500054")}}));
+    answerWords({3, 0, 1});
+    EXPECT_EQ(download(), (Outcome{-130, {self("0x12500055")}})) << "all processes load alike";
+    EXPECT_EQ(storedBytes(), 0U);
 }
 
-TEST_F(Download, AFileThatIsNotThereIsFoundBeforeAnythingIsAnnounced) {
+TEST_F(Download, LoadOptionsAreRefusedByTheTransferAndAMissingFileBefore) {
+    EXPECT_EQ(download(0x02000003), (Outcome{-195, {"copyBinaryToTarget 0x12500031(2)", self("0x12500050(1,3)")}}));
+    EXPECT_EQ(processesOf(kLoadAppl).size(), 0U);
     second = folder.path().string();
-    ASSERT_EQ(download(), -250) << "a directory is no binary";
-    ASSERT_EQ(messages(pool).size(), 2U);
-    EXPECT_EQ(messages(pool)[0], "download 0x1250002b(" + second + ")");
-    EXPECT_EQ(messages(pool)[1], self("0x12500050(3,3)"));
+    EXPECT_EQ(download(), (Outcome{-250, {"download 0x1250002b(" + second + ")", self("0x12500050(3,3)")}}))
+        << "a directory is no binary";
     EXPECT_EQ(processesOf(kInitAppl).size(), 0U);
-}
-
-TEST_F(Download, LoadOptionsAreRefusedByTheTransfer) {
-    EXPECT_EQ(download(0x02000003), -195);
-    EXPECT_EQ(messages(pool), (Messages{"copyBinaryToTarget 0x12500031(2)", self("0x12500050(1,3)")}));
-    EXPECT_EQ(processesOf(kLoadAppl).size(), 0U);
 }
 
 TEST_F(Download, AFailureStopsTheSequence) {
     struct Row {
         std::uint32_t procedure;
-        int before; // replies of the target's own kind before the failing one
         simulated_target::ScriptedReply reply;
-        std::int32_t status;
-        Messages expected;
+        Outcome expected;
     };
+    const std::string loading = self("0x12500050(1,3)");
+    const std::string parameters = "KvApplMan_setDownloadParameters ";
     const Row rows[] = {
-        {kSetParam, 0, wire::result(-1), -176, {"KvApplMan_setDownloadParameters 0x12500028", self("0x12500050(1,3)")}},
-        {kSetParam,
-         1,
-         wire::failedCall(),
-         -185,
-         {"KvApplMan_setDownloadParameters 0x1250000a(KvApplMan_setDownloadParameters)", self("0x12500050(1,3)")}},
-        {kLoadAppl, 0, wire::result(-1), -130, {"download 0x12500002", self("0x12500050(1,3)")}},
-        {kLoadAppl, 0, wire::failedCall(), -185, {"download 0x1250000a(download)", self("0x12500050(1,3)")}},
-        {kInitAppl, 0, wire::result(-1), -120, {"KvApplMan_InitAppl 0x12500001", self("0x12500056(1,3,1,2)")}},
+        {kSetParam, wire::result(-1), {-176, {parameters + "0x12500028", loading}}},
+        {kSetParam, wire::failedCall(), {-185, {parameters + "0x1250000a(KvApplMan_setDownloadParameters)", loading}}},
+        {kLoadAppl, wire::result(-1), {-130, {"download 0x12500002", loading}}},
+        {kLoadAppl, wire::failedCall(), {-185, {"download 0x1250000a(download)", loading}}},
+        {kInitAppl, wire::result(-1), {-120, {"KvApplMan_InitAppl 0x12500001", self("0x12500056(1,3,1,2)")}}},
         {kApplyAppl,
-         0,
          wire::failedCall(),
-         -185,
-         {"KvApplMan_ApplyAppl 0x1250000a(KvApplMan_ApplyAppl)", self("0x12500057(1,3)")}},
-        {kGetCommandState, 0, wire::result(1), -130, {"waitWhileBusy 0x12500002", self("0x12500050(1,3)")}},
+         {-185, {"KvApplMan_ApplyAppl 0x1250000a(KvApplMan_ApplyAppl)", self("0x12500057(1,3)")}}},
+        {kGetCommandState, wire::result(1), {-130, {"waitWhileBusy 0x12500002", loading}}},
     };
     for (const Row& row : rows) {
-        pool->reset();
-        for (int i = 0; i < row.before; ++i) {
-            t.target.script(row.procedure, wire::result(0));
-        }
         t.target.script(row.procedure, row.reply);
         std::vector<Step> steps;
-        EXPECT_EQ(download(3, record, &steps), row.status);
-        EXPECT_EQ(messages(pool), row.expected);
-        EXPECT_EQ(steps.back().file, row.procedure == kInitAppl ? "second.bin" : "first.bin")
+        EXPECT_EQ(download(3, record, &steps), row.expected);
+        const bool failedInFirstSlot = steps.back().what.ends_with("first.bin");
+        EXPECT_EQ(failedInFirstSlot, row.procedure != kInitAppl)
             << "a step counts for the slot that failed, but initialising counts in its last pass only";
-        t.target.forgetScripts();
     }
 }
 
@@ -251,38 +200,18 @@ TEST_F(Download, TimesThatATargetDoesNotKnowAreTolerated) {
     t.target.script(kSetParam, wire::result(0));
     t.target.script(kSetParam, wire::result(0));
     t.target.script(kSetParam, wire::result(-1, {0x14a00804}));
-    EXPECT_EQ(download(), 0);
-    EXPECT_EQ(pool.codes(), std::vector<std::uint32_t>{});
+    EXPECT_EQ(download(), (Outcome{0, {}}));
 }
 
 TEST_F(Download, WithoutATargetPathNothingIsTransferred) {
-    t.target.script(kGetParam, wire::value(std::uint32_t{3})); // processes
-    t.target.script(kGetParam, wire::value(std::uint32_t{1})); // initialisation calls of both
-    t.target.script(kGetParam, wire::value(std::uint32_t{1}));
-    t.target.script(kGetParam, wire::value(std::uint32_t{1})); // a file name that is no text
-    t.target.script(kGetParam, wire::failedCall());            // a directory that does not come
-    EXPECT_EQ(download(), -175);
-    EXPECT_EQ(messages(pool), (Messages{"KvApplMan_getApplBinaryTargetPath 0x12500007", self("0x12500050(1,3)")}));
-    EXPECT_EQ(contentsOfStore(), std::vector<std::string>{});
+    answerWords({3, 1, 1, 1});                      // slots, initialisation calls, a file name that is no text
+    t.target.script(kGetParam, wire::failedCall()); // a directory that does not come
+    EXPECT_EQ(download(), (Outcome{-175, {"KvApplMan_getApplBinaryTargetPath 0x12500007", self("0x12500050(1,3)")}}));
+    EXPECT_EQ(storedBytes(), 0U);
 }
 
 TEST_F(Download, ACallbackThatThrowsIsNotCalledAgainAndStopsNothing) {
     int calls = 0;
-    EXPECT_EQ(download(3, throwing, &calls), 0);
+    EXPECT_EQ(download(3, throwing, &calls), (Outcome{0, {}}));
     EXPECT_EQ(calls, 1);
-}
-
-TEST_F(Download, TheWholeRoadEndsWithAStartedApplication) {
-    ASSERT_EQ(download(), 0);
-    for (const std::uint32_t applId : {applIds[0], applIds[2]}) {
-        EXPECT_EQ(KvApplMan_startAppl(pool, t.device, t.access, applId), 0);
-        std::int32_t state = -1;
-        std::int32_t size = sizeof state;
-        EXPECT_EQ(KvApplMan_getApplInfo(pool, t.device, t.access, applId, 0, &state, &size), 0);
-        EXPECT_EQ(KvApplMan_stopAppl(pool, t.device, t.access, applId), 0);
-        EXPECT_EQ(KvApplMan_unloadAppl(pool, t.device, t.access, applId), 0);
-        EXPECT_EQ(KvApplMan_startAppl(pool, t.device, t.access, applId), -150) << hexadecimal(applId);
-        EXPECT_EQ(pool.codes().front(), 0x14a00803U);
-        pool->reset();
-    }
 }

@@ -1,107 +1,114 @@
-// The frame around every function: handles, the device's client, what is connected when.
+// The frame around every function: handles, the device's client, what is connected when, calls that fail.
 #include "frame/calling_frame.h"
 
+#include <functional>
 #include <thread>
 
-#include "api/KvApplicationManagerAP.h"
-#include "protocol/procedure_numbers.h"
-#include "support/one_target.h"
+#include "api/api_test.h"
 
 using namespace applman;
 
 namespace {
 
-class Frame : public OneTarget {
-protected:
-    Frame() {
-        t.target.scriptAlways(kStartAppl, wire::result(-1));
-        t.target.scriptAlways(kGetParam, wire::value(std::uint32_t{1}));
-    }
+using Call = std::function<std::int32_t(KvCErrorListPool&, void* device, void* access)>;
 
-    std::int32_t readWord(Pool& into, std::uint32_t applId) {
-        std::uint32_t word = 0;
-        std::int32_t size = sizeof word;
-        return KvApplMan_getApplInfo(into, t.device, t.access, applId, 9, &word, &size);
-    }
+/// A call of a function with what follows the handles.
+template <class... Parameters>
+Call with(std::int32_t (*function)(KvCErrorListPool&, void*, void*, Parameters...),
+          std::type_identity_t<Parameters>... arguments) {
+    return [=](KvCErrorListPool& pool, void* device, void* access) {
+        return function(pool, device, access, arguments...);
+    };
+}
+
+std::string full(const char* name) { return std::string("KvApplMan_") + name; }
+
+struct Function {
+    const char* name; // that reports a missing client, here and below without "KvApplMan_"
+    Call call;
+    std::uint32_t procedure = 0; // 0: what a failed call means is a matter of its own
+    const char* caller = name;   // that reports a failed call
 };
 
-/// A client of another program, as another library may have registered it.
-class OtherClient : public KvCRpcClient {
-public:
-    using KvCRpcClient::KvCRpcClient;
+std::uint32_t word = 0;
+std::uint32_t count = 0;
+std::int32_t size = sizeof word;
+std::int32_t signedCount = 0;
+KvTApplicationInfo* list = nullptr;
+
+const Function kFunctions[] = {
+    {"startAppl", with(KvApplMan_startAppl, 1), kStartAppl},
+    {"stopAppl", with(KvApplMan_stopAppl, 1), kStopAppl, "stopTerminateAppl"},
+    {"terminateAppl", with(KvApplMan_terminateAppl, 1), kTerminateAppl, "stopTerminateAppl"},
+    {"unloadAppl", with(::KvApplMan_unloadAppl, 1), kUnloadAppl},
+    {"pauseAppl", with(KvApplMan_pauseAppl, 1), kPauseAppl},
+    {"stepAppl", with(KvApplMan_stepAppl, 1), kStepAppl},
+    {"getApplInfo", with(KvApplMan_getApplInfo, 1, 9, &word, &size), kGetParam},
+    {"setApplParameter", with(KvApplMan_setApplParameter, 1, 1008, &word, 4), kSetParam},
+    {"getApplications", with(::KvApplMan_getApplications, 0, nullptr, &signedCount), kGetApplications},
+    {"getApplications", with(KvApplMan_getApplInfoList, &list, &count, nullptr), kGetApplications},
+    {"getAvailableCoreIDs", with(KvApplMan_getAvailableCoreIDs, 0, &count, nullptr)},
+    {"loadFileUtf8", with(KvApplMan_loadFileUtf8, 1, ".", "", "", 512, 0, nullptr, nullptr, nullptr), kAddFile2},
+    {"getFileInfo", with(KvApplMan_getFileInfo, 1, &count, nullptr), kGetFileList},
+    {"removeFile", with(KvApplMan_removeFile, 1, "n", 7), kRemoveFile},
+    {"getFlashApplications", with(::KvApplMan_getFlashApplications, 0, &count, nullptr)},
+    {"getFlashApplInfo", with(::KvApplMan_getFlashApplInfo, 7, 9, &word, &size), kGetFlashParam},
+    {"setFlashApplParameter", with(::KvApplMan_setFlashApplParameter, 7, 1200, nullptr, 0), kSetFlashParam},
+    {"loadFlashAppl", with(::KvApplMan_loadFlashAppl, 7), kLoadFlashAppl},
+    {"clearFlashAppl", with(::KvApplMan_clearFlashAppl, 7), kClearFlashAppl},
 };
+
+using Frame = ApiTest;
 
 } // namespace
 
 TEST_F(Frame, BadHandlesGiveOneMessageAndNothingIsSent) {
-    void* const unknown = reinterpret_cast<void*>(std::uintptr_t{0x7777});
-    struct Row {
-        void* device;
-        void* access;
-    };
-    for (const Row& row : {Row{nullptr, t.access}, Row{t.device, nullptr}, Row{nullptr, nullptr},
-                           Row{t.device, t.device}, Row{t.device, unknown}}) {
-        EXPECT_EQ(KvApplMan_startAppl(pool, row.device, row.access, 1), -100);
-        EXPECT_EQ(messages(pool), Messages{"checkDeviceAndAccessRestrictionHandle 1024"});
-        pool->reset();
+    for (const Function& function : kFunctions) {
+        const bool checkedByItself = function.procedure == kPauseAppl || function.procedure == kStepAppl;
+        const Messages expected{checkedByItself ? full(function.name) + " 1024" : kBadHandles};
+        EXPECT_EQ(outcome(function.call(pool, nullptr, t.access)), (Outcome{-100, expected}));
+        EXPECT_EQ(outcome(function.call(pool, t.device, nullptr)), (Outcome{-100, expected}));
+        EXPECT_EQ(outcome(function.call(pool, t.device, t.device)), (Outcome{-100, expected}));
     }
     EXPECT_EQ(t.target.acceptedConnections(), 0U);
 }
 
-TEST_F(Frame, ADeviceThatIsGoneIsNamedAsSuch) {
-    Pool other;
-    void* gone = nullptr;
-    ASSERT_EQ(KvPlatform_addDevice(other, "127.0.0.9:9", 1, &gone), 0);
-    ASSERT_EQ(KvPlatform_removeDevice(other, gone), 0);
-    EXPECT_EQ(KvApplMan_startAppl(pool, gone, t.access, 1), -100);
-    EXPECT_EQ(messages(pool), (Messages{"getRpcClient 0x12500044", "KvApplMan_startAppl 0x12500008"}));
-}
-
 TEST_F(Frame, ATargetThatIsNotThereFailsToConnectEachTimeAnew) {
     t.target.stop();
-    for (int i = 0; i < 2; ++i) {
-        pool->reset();
-        EXPECT_EQ(KvApplMan_startAppl(pool, t.device, t.access, 1), -180);
-        EXPECT_EQ(messages(pool), (Messages{"createRpcClient 0x1250000f", "KvApplMan_startAppl 0x12500008"}));
+    for (const Function& function : kFunctions) {
+        EXPECT_EQ(outcome(function.call(pool, t.device, t.access)),
+                  (Outcome{-180, {"createRpcClient 0x1250000f", full(function.name) + " 0x12500008"}}));
     }
 }
 
-TEST_F(Frame, AllCallsForADeviceShareOneConnection) {
-    EXPECT_EQ(KvApplMan_startAppl(pool, t.device, t.access, 1), -150);
-    EXPECT_EQ(KvApplMan_startAppl(pool, t.device, t.access, 1), -150);
-    EXPECT_EQ(t.target.acceptedConnections(), 1U);
+TEST_F(Frame, AFailedCallNamesTheOperationOnce) {
+    t.target.scriptAlways(kAddFile, wire::notOffered()); // what the older request for a file comes to
+    for (const Function& function : kFunctions) {
+        if (function.procedure == 0) { continue; }
+        const std::string caller = full(function.caller);
+        for (const auto& reply : {wire::failedCall(), wire::notOffered()}) {
+            t.target.script(function.procedure, reply);
+            EXPECT_EQ(outcome(function.call(pool, t.device, t.access)),
+                      (Outcome{-185, {caller + " 0x1250000a(" + caller + ")"}}));
+        }
+    }
 }
 
 TEST_F(Frame, ThreadsThatCallForANewDeviceAtOnceMakeOneConnection) {
+    t.target.scriptAlways(kStartAppl, wire::result(-1));
     std::vector<std::thread> threads;
     std::array<std::int32_t, 8> statuses{};
-    for (std::size_t i = 0; i < statuses.size(); ++i) {
-        threads.emplace_back([&, i] {
+    for (std::int32_t& status : statuses) {
+        threads.emplace_back([&] {
             Pool own;
-            statuses[i] = readWord(own, static_cast<std::uint32_t>(i));
+            status = KvApplMan_startAppl(own, t.device, t.access, 1);
         });
     }
     for (std::thread& thread : threads) {
         thread.join();
     }
-    EXPECT_EQ(statuses, (std::array<std::int32_t, 8>{}));
+    EXPECT_EQ(statuses, (std::array{-150, -150, -150, -150, -150, -150, -150, -150}));
     EXPECT_EQ(t.target.acceptedConnections(), 1U);
-}
-
-TEST_F(Frame, AClientOfAnotherProgramCountsAsNone) {
-    auto* const other = new OtherClient(*pool, t.address.c_str());
-    ASSERT_EQ(KvHIM_registerRPCClient(pool, t.device, 6, other), 0);
-    EXPECT_EQ(readWord(pool, 1), 0);
-    KvCRpcClient* registered = nullptr;
-    ASSERT_EQ(KvHIM_getRPCClientReference(pool, t.device, 6, &registered), 0);
-    EXPECT_NE(registered, other);
-    EXPECT_NE(dynamic_cast<KV_RPC_PROG_APPLMAN_HOST2Client*>(registered), nullptr);
-}
-
-TEST_F(Frame, InternalOperationsRefuseMissingArguments) {
-    EXPECT_EQ(getRpcClient(pool, t.device, nullptr), Status::argument);
-    EXPECT_EQ(createRpcClient(pool, t.address.c_str(), nullptr), Status::argument);
-    EXPECT_EQ(messages(pool), (Messages{"getRpcClient 1024", "createRpcClient 1024"}));
 }
 
 TEST_F(Frame, WhatIsThrownInsideBecomesAStatus) {
@@ -112,10 +119,11 @@ TEST_F(Frame, WhatIsThrownInsideBecomesAStatus) {
 }
 
 TEST_F(Frame, TheMessageTextsAreRegistered) {
-    EXPECT_EQ(KvApplMan_startAppl(pool, t.device, t.access, 1), -150);
-    EXPECT_EQ(pool.text(0), "Cannot start real-time application.");
+    t.target.stop();
+    EXPECT_EQ(KvApplMan_startAppl(pool, t.device, t.access, 1), -180);
+    pool->reset();
     KvPlatform_addEntry(pool, 0x12500060);
-    EXPECT_EQ(pool.text(1), "Attempt to terminate application process failed.");
     KvPlatform_addEntry(pool, 0x12500017);
-    EXPECT_EQ(pool.text(2), "Obsolete error code.");
+    EXPECT_EQ(pool.text(0), "Attempt to terminate application process failed.");
+    EXPECT_EQ(pool.text(1), "Obsolete error code.");
 }

@@ -1,0 +1,38 @@
+// What the tests of the exported functions share.
+#pragma once
+
+#include <utility>
+
+#include "api/KvApplicationManagerAP.h"
+#include "protocol/procedure_numbers.h"
+#include "support/one_target.h"
+
+using Words = std::vector<std::uint32_t>;
+
+/// The status of a call and what it reported.
+using Outcome = std::pair<std::int32_t, Messages>;
+
+inline const char* const kBadHandles = "checkDeviceAndAccessRestrictionHandle 1024";
+
+/// Every call whose outcome is taken starts with an empty pool.
+class ApiTest : public OneTarget {
+protected:
+    using OneTarget::OneTarget;
+
+    Outcome outcome(std::int32_t status) {
+        Messages reported = messages(pool);
+        pool->reset();
+        return {status, std::move(reported)};
+    }
+
+    /// The arguments of a request as words, at most so many.
+    Words sentWords(std::size_t index, std::size_t most = 100) const {
+        std::vector<std::uint8_t> bytes = t.target.requests().at(index).arguments;
+        Xdr decoder = Xdr::decoder(bytes);
+        Words words;
+        for (std::uint32_t word = 0; words.size() < most && xdr_u_int(decoder, word);) {
+            words.push_back(word);
+        }
+        return words;
+    }
+};
