@@ -53,6 +53,9 @@ TEST_F(Control, AnAcceptedCommandIsSentOnceAndWaitedFor) {
         Words expected = command.mode;
         expected.insert(expected.end(), {t.accessId, kId});
         EXPECT_EQ(sentWords(0), expected) << command.refused;
+        EXPECT_EQ(sentWords(1), (Words{1, t.accessId, 0, 40})) << "the timeout is the application manager's";
+        EXPECT_EQ(sentWords(2), (Words{1, t.accessId, kId}));
+        EXPECT_EQ(recorded_clock::naps(), Words{});
     }
 }
 

@@ -4,7 +4,6 @@
 #include <tuple>
 
 #include "api/api_test.h"
-#include "support/failing_memory.h"
 
 using namespace applman;
 
@@ -224,22 +223,5 @@ TEST_F(InfoList, FreeingIsSafeWhateverIsMissing) {
     KvApplMan_freeApplInfoList(&listed, nullptr);
     EXPECT_EQ(texts(), (Texts{{0, "first"}})) << "with one of the two missing nothing happens";
     KvApplMan_freeApplInfoList(&listed, &count);
-    count = 3; // of a list that is gone
-    KvApplMan_freeApplInfoList(&listed, &count);
     EXPECT_TRUE(nothing());
-}
-
-TEST_F(InfoList, WithoutMemoryThereIsNoListRatherThanPartOfOne) {
-    t.target.scriptAlways(kGetApplications, wire::value(Words{1, 2}));
-    t.target.scriptAlways(kGetParam, wire::value(Text{std::string(100, 'a')}));
-    ASSERT_EQ(list(), (Outcome{0, {}})); // connects
-    bool failed = true;
-    for (std::size_t allowed = 0; failed; ++allowed) {
-        KvApplMan_freeApplInfoList(&listed, &count);
-        const FailingMemory memory{allowed};
-        static_cast<void>(KvApplMan_getApplInfoList(pool, t.device, t.access, &listed, &count, nullptr));
-        failed = memory.hasFailed();
-        EXPECT_TRUE(nothing() || (count == 2 && listed[1].infoText != nullptr)) << allowed;
-    }
-    EXPECT_EQ(count, 2U);
 }

@@ -29,7 +29,6 @@ TEST_F(Parameters, EachIsSentUnderTheTargetsNumberInItsOwnType) {
     };
     const Row rows[] = {
         {1001, texts, 2, 13, std::vector<Text>{"a", "bc"}},
-        {1001, texts, 0, 13, std::vector<Text>{}},
         {1002, "xyz", 1, 15, Text{"xyz"}}, // the size does not cut a text
         {1003, "xyz", 0, 14, Text{"xyz"}},
         {1004, &quad, 8, 16, quad},

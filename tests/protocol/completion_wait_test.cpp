@@ -29,16 +29,6 @@ protected:
 
 } // namespace
 
-TEST_F(CompletionWait, ACommandThatIsDoneAtOnceIsPolledOnce) {
-    timeout(10);
-    state(0, {0x14a00900});
-    EXPECT_EQ(start(), (Outcome{0, {"target 0x14a00900"}}));
-    EXPECT_EQ(procedures(), (Words{kStartAppl, kGetParam, kGetCommandState}));
-    EXPECT_EQ(sentWords(1), (Words{1, t.accessId, 0, 40})) << "the timeout is the application manager's";
-    EXPECT_EQ(sentWords(2), (Words{1, t.accessId, 7}));
-    EXPECT_EQ(recorded_clock::naps(), Words{});
-}
-
 TEST_F(CompletionWait, NapsDoubleUpTo32MillisecondsAndEndWithTheTime) {
     timeout(1);
     timeout(1); // asked once more at the deadline: no more is granted
@@ -111,9 +101,7 @@ TEST_F(CompletionWait, UnloadCountsAsDoneWhenTheTargetNoLongerKnowsTheProcess) {
 TEST_F(CompletionWait, WithoutATimeoutNothingIsPolled) {
     t.target.script(kGetParam, wire::value(std::uint32_t{0}));
     EXPECT_EQ(start(), (Outcome{-150, {"waitWhileBusy 0x12500023"}}));
-    t.target.script(kGetParam, wire::noValue());
-    EXPECT_EQ(start(), (Outcome{-175, {"KvApplMan_getApplInfo 0x12500007", "waitWhileBusy 0x12500023"}}));
-    EXPECT_EQ(procedures(), (Words{kStartAppl, kGetParam, kStartAppl, kGetParam}));
+    EXPECT_EQ(procedures(), (Words{kStartAppl, kGetParam}));
 }
 
 TEST_F(CompletionWait, TheDefaultTimeoutEmptiesThePool) {
