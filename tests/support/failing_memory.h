@@ -8,8 +8,7 @@ class FailingMemory {
 public:
     explicit FailingMemory(std::size_t allowed) noexcept;
     ~FailingMemory();
-    FailingMemory(const FailingMemory&) = delete;
-    FailingMemory& operator=(const FailingMemory&) = delete;
+    FailingMemory& operator=(FailingMemory&&) = delete; // nor is it copied
 
     /// Whether an allocation has failed.
     bool hasFailed() const noexcept;

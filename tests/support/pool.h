@@ -1,7 +1,6 @@
 // A pool of messages that ends with its scope.
 #pragma once
 
-#include <cstdint>
 #include <string>
 #include <vector>
 
@@ -12,8 +11,7 @@ class Pool {
 public:
     Pool() : pool_(KvPlatform_createPool()) {}
     ~Pool() { KvPlatform_deletePool(pool_); }
-    Pool(const Pool&) = delete;
-    Pool& operator=(const Pool&) = delete;
+    Pool& operator=(Pool&&) = delete; // nor is it copied
 
     operator KvCErrorListPool&() const { return *pool_; }
     KvCErrorListPool* operator->() const { return pool_; }

@@ -4,13 +4,9 @@
 
 #include "platform/rtos.h"
 
-namespace {
-
-std::mutex mutex;
-std::vector<std::uint32_t> recordedNaps;
-std::uint64_t microseconds = 0;
-
-} // namespace
+static std::mutex mutex;
+static std::vector<std::uint32_t> recordedNaps;
+static std::uint64_t microseconds = 0;
 
 void recorded_clock::restart(std::uint64_t ticks) {
     const std::lock_guard lock{mutex};

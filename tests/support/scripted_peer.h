@@ -6,9 +6,7 @@
 #include <unistd.h>
 
 #include <atomic>
-#include <cstdint>
 #include <functional>
-#include <initializer_list>
 #include <stdexcept>
 #include <string>
 #include <thread>
@@ -53,10 +51,8 @@ inline Bytes reply(const Bytes& call, const Bytes& results) {
 }
 
 inline sockaddr_in loopback(int port) {
-    return {.sin_family = AF_INET,
-            .sin_port = htons(static_cast<std::uint16_t>(port)),
-            .sin_addr = {htonl(INADDR_LOOPBACK)},
-            .sin_zero = {}};
+    const auto networkPort = htons(static_cast<std::uint16_t>(port));
+    return {.sin_family = AF_INET, .sin_port = networkPort, .sin_addr = {htonl(INADDR_LOOPBACK)}, .sin_zero = {}};
 }
 
 /// One end of a connection; closes it when it ends. What was not read then makes the other side see an error.
@@ -70,8 +66,7 @@ public:
         }
     }
     ~Wire() { ::close(descriptor_); }
-    Wire(const Wire&) = delete;
-    Wire& operator=(const Wire&) = delete;
+    Wire& operator=(Wire&&) = delete; // nor is it copied
 
     void send(const Bytes& bytes) const { ::send(descriptor_, bytes.data(), bytes.size(), MSG_NOSIGNAL); }
     Bytes receive(std::size_t count) const { // fewer at the end
@@ -81,8 +76,7 @@ public:
         return bytes;
     }
     Bytes receiveRecord() const { // of one fragment; empty at the end
-        const Bytes mark = receive(4);
-        return receive(wordAt(mark, 0) & 0x7FFFFFFFU);
+        return receive(wordAt(receive(4), 0) & 0x7FFFFFFFU);
     }
     void awaitEnd() const { // reads what comes before
         while (!receive(1).empty()) {}
@@ -139,8 +133,7 @@ private:
     const std::vector<Script> scripts_;
     std::string address_{};
     int listener_;
-    std::atomic<int> accepted_{0};
-    std::atomic<int> closed_{0};
+    std::atomic<int> accepted_{0}, closed_{0};
     std::thread thread_;
 };
 

@@ -5,14 +5,12 @@
 
 class ShortenedLimits {
 public:
-    ShortenedLimits() = default;
     ~ShortenedLimits() {
         kvrpc::limits::connecting = connecting_;
         kvrpc::limits::callOverride = call_;
         kvrpc::limits::serverRecord = serverRecord_;
     }
-    ShortenedLimits(const ShortenedLimits&) = delete;
-    ShortenedLimits& operator=(const ShortenedLimits&) = delete;
+    ShortenedLimits& operator=(ShortenedLimits&&) = delete; // nor is it copied
 
 private:
     static constexpr std::chrono::milliseconds kShort{50};

@@ -15,6 +15,5 @@ public:
         ::unsetenv("TZ");
         ::tzset();
     }
-    TimeZone(const TimeZone&) = delete;
-    TimeZone& operator=(const TimeZone&) = delete;
+    TimeZone& operator=(TimeZone&&) = delete; // nor is it copied
 };

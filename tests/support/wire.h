@@ -1,8 +1,6 @@
 // Records to bytes and back, and replies for scripted targets.
 #pragma once
 
-#include <cstdint>
-#include <initializer_list>
 #include <stdexcept>
 #include <vector>
 
@@ -12,14 +10,13 @@
 
 namespace wire {
 
-using applman::xdr_record;
 using simulated_target::ScriptedReply;
 
 template <class Record>
 std::vector<std::uint8_t> bytesOf(Record record) {
     std::vector<std::uint8_t> bytes;
     Xdr encoder = Xdr::encoder(bytes);
-    if (!xdr_record(encoder, record)) { throw std::logic_error("a record that cannot be encoded"); }
+    if (!applman::xdr_record(encoder, record)) { throw std::logic_error("a record that cannot be encoded"); }
     return bytes;
 }
 
@@ -27,7 +24,9 @@ template <class Record>
 Record recordOf(const std::vector<std::uint8_t>& bytes) {
     Record record;
     Xdr decoder = Xdr::decoder(bytes);
-    if (!xdr_record(decoder, record) || decoder.left() != 0) { throw std::logic_error("bytes of another record"); }
+    if (!applman::xdr_record(decoder, record) || decoder.left() != 0) {
+        throw std::logic_error("bytes of another record");
+    }
     return record;
 }
 
@@ -40,13 +39,9 @@ inline applman::ErrorListBytes errorList(std::initializer_list<std::uint32_t> co
     return KvErrorListAccess::serialize(entries);
 }
 
-inline ScriptedReply replyWith(kvrpc::AcceptStatus status, std::vector<std::uint8_t> results = {}) {
-    return {.reply = {status, std::move(results)}};
-}
-
 template <class Record>
 ScriptedReply reply(const Record& record) {
-    return replyWith(kvrpc::AcceptStatus::success, bytesOf(record));
+    return {.reply = {kvrpc::AcceptStatus::success, bytesOf(record)}};
 }
 
 inline ScriptedReply result(std::int32_t value, std::initializer_list<std::uint32_t> codes = {}) {
@@ -63,8 +58,8 @@ inline ScriptedReply noValue(std::initializer_list<std::uint32_t> codes = {}) {
 }
 
 /// A call that fails: the target answers that something went wrong inside it.
-inline ScriptedReply failedCall() { return replyWith(kvrpc::AcceptStatus::systemError); }
+inline ScriptedReply failedCall() { return {.reply = {kvrpc::AcceptStatus::systemError, {}}}; }
 
-inline ScriptedReply notOffered() { return replyWith(kvrpc::AcceptStatus::procedureUnavailable); }
+inline ScriptedReply notOffered() { return {.reply = {kvrpc::AcceptStatus::procedureUnavailable, {}}}; }
 
 } // namespace wire
