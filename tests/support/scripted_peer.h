@@ -87,12 +87,11 @@ private:
 };
 
 /// A listening socket on a loopback port of its own.
-inline int listenOnLoopback(std::string& address, int backlog) {
+inline int listenOnLoopback(std::string& address) {
     const int listener = ::socket(AF_INET, SOCK_STREAM, 0);
     sockaddr_in local = loopback(0);
     socklen_t length = sizeof local;
-    if (::bind(listener, reinterpret_cast<const sockaddr*>(&local), sizeof local) != 0 ||
-        ::listen(listener, backlog) != 0 ||
+    if (::bind(listener, reinterpret_cast<const sockaddr*>(&local), sizeof local) != 0 || ::listen(listener, 16) != 0 ||
         ::getsockname(listener, reinterpret_cast<sockaddr*>(&local), &length) != 0) {
         throw std::runtime_error{"cannot listen"};
     }
@@ -107,7 +106,7 @@ public:
     /// The scripts are played one after the other, each on a connection of its own. Each must end by the time that its
     /// peer is gone.
     explicit ScriptedPeer(std::vector<Script> scripts)
-        : scripts_(std::move(scripts)), listener_(listenOnLoopback(address_, 16)), thread_([this] { play(); }) {}
+        : scripts_(std::move(scripts)), listener_(listenOnLoopback(address_)), thread_([this] { play(); }) {}
     ~ScriptedPeer() {
         ::shutdown(listener_, SHUT_RDWR);
         thread_.join();

@@ -6,7 +6,6 @@
 class ShortenedLimits {
 public:
     ~ShortenedLimits() {
-        kvrpc::limits::connecting = connecting_;
         kvrpc::limits::callOverride = call_;
         kvrpc::limits::serverRecord = serverRecord_;
     }
@@ -14,7 +13,6 @@ public:
 
 private:
     static constexpr std::chrono::milliseconds kShort{50};
-    const std::chrono::milliseconds connecting_ = kvrpc::limits::connecting.exchange(kShort);
     const std::chrono::milliseconds call_ = kvrpc::limits::callOverride.exchange(kShort);
     const std::chrono::milliseconds serverRecord_ = kvrpc::limits::serverRecord.exchange(kShort);
 };
