@@ -1,5 +1,5 @@
 // Our library against a server that is not ours: what it sends is understood there, what it gets is understood here.
-#include <cstdint>
+#include <limits>
 #include <memory>
 
 #include "foreign_peer/child_process.h"
@@ -10,7 +10,8 @@
 namespace applman {
 namespace {
 
-constexpr std::uint32_t kAccessId = 16, kApplId = 3;
+constexpr std::uint32_t kAccessId = 16;
+constexpr std::uint32_t kApplId = 3;
 
 class CallsToForeignServer : public testing::Test {
 protected:
@@ -31,6 +32,7 @@ protected:
 };
 
 TEST_F(CallsToForeignServer, ValuesOfEveryTagArriveThereAndHere) {
+    using Quads = std::vector<std::int64_t>;
     const TApplManValue values[] = {
         std::uint32_t{0xFEDCBA98},
         -1234.0625,
@@ -39,7 +41,7 @@ TEST_F(CallsToForeignServer, ValuesOfEveryTagArriveThereAndHere) {
         std::int64_t{-0x0123456789ABCDEF},
         std::vector<Text>{"", "abc", "abcdefgh"},
         std::vector<std::uint8_t>{0x00, 0x7F, 0x80, 0xFF, 0x01},
-        std::vector<std::int64_t>{INT64_MIN, 0, INT64_MAX},
+        Quads{std::numeric_limits<std::int64_t>::min(), 0, std::numeric_limits<std::int64_t>::max()},
     };
     for (std::uint32_t tag = 0; tag < std::size(values); ++tag) { // the server holds the same
         SCOPED_TRACE(tag);
@@ -69,7 +71,7 @@ TEST_F(CallsToForeignServer, AGroupIsOpenedAndAProcessRegistered) {
     EXPECT_EQ(registered->secondText, "second");
 }
 
-TEST_F(CallsToForeignServer, AFileIsAnnouncedWithAndWithoutItsRecordAndAFlashApplicationCommanded) {
+TEST_F(CallsToForeignServer, AFileIsAnnouncedWithAndWithoutItsRecord) {
     const TApplManAddFileRecord file{kApplId,    5,      "C:\\source.bin",         "store", "name.bin",
                                      0x00ABCDEF, "more", {1, 2, 3, 4, 5, 6, 7, 8}, "end"};
     Reply<TApplManAddFileResult> absent{*client_};
@@ -81,7 +83,9 @@ TEST_F(CallsToForeignServer, AFileIsAnnouncedWithAndWithoutItsRecordAndAFlashApp
     EXPECT_EQ(added->result, -1);
     EXPECT_EQ(added->targetPath, "store/files");
     EXPECT_EQ(added->targetName, "name.bin");
+}
 
+TEST_F(CallsToForeignServer, AFlashApplicationIsCommandedByA64BitId) {
     const TApplManFlashCommand command{
         1, -0x0102030405060708, {1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15, 16}, {'a', 'z'}};
     Reply<TApplManResult> reply{*client_};
@@ -91,10 +95,13 @@ TEST_F(CallsToForeignServer, AFileIsAnnouncedWithAndWithoutItsRecordAndAFlashApp
 TEST_F(CallsToForeignServer, WhatTheServerRefusesIsToldApartAndTheConnectionStaysUsable) {
     Reply<TApplManResult> reply{*client_};
     EXPECT_EQ(call(APPLMAN_STEP_APPL, {kAccessId, kApplId}, reply), KvCRpcClient::kProcedureNotOffered);
+    EXPECT_EQ(KvPlatform_entryCount(*pool_), 0U);
+
     const std::int32_t status = call(APPLMAN_GET_COMMAND_STATE, {kMode, kAccessId, kApplId + 1}, reply);
     EXPECT_NE(status, 0);
     EXPECT_NE(status, KvCRpcClient::kProcedureNotOffered);
-    EXPECT_EQ(KvPlatform_entryCount(*pool_), 1U) << "a procedure that is not offered is told by the result alone";
+    EXPECT_EQ(KvPlatform_entryCount(*pool_), 1U);
+
     EXPECT_EQ(call(APPLMAN_GET_COMMAND_STATE, {kMode, kAccessId, kApplId}, reply), 0);
     EXPECT_EQ(reply->result, 2);
 }

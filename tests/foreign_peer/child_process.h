@@ -40,7 +40,8 @@ public:
         kill(process_, SIGTERM);
         waitpid(process_, nullptr, 0);
     }
-    ChildProcess& operator=(ChildProcess&&) = delete; // nor is it copied
+    ChildProcess(const ChildProcess&) = delete;
+    ChildProcess& operator=(const ChildProcess&) = delete;
 
     /// The last word of the first line, "a.b.c.d:port"; empty when the program could not be started or ended before.
     std::string address() const { return firstLine_.substr(firstLine_.rfind(' ') + 1); }

@@ -1,23 +1,26 @@
 // A client that is not ours against the program kvtarget.
+#include <arpa/inet.h>
 #include <memory>
+#include <netinet/in.h>
 
 #include "foreign_peer/child_process.h"
 #include "support/one_target.h"
-#include "support/scripted_peer.h"
 extern "C" {
 #include "foreign_peer/foreign_values.h"
 }
 
 namespace {
 
-constexpr u_int kMode = 1, kAccessId = 16;
+constexpr u_int kMode = 1;
+constexpr u_int kAccessId = 16;
 
 /// Frees what the foreign side decoded.
 template <class Result>
 struct ForeignReply : Result {
     explicit ForeignReply(bool_t (*routine)(XDR*, Result*)) : Result{}, routine_(routine) {}
     ~ForeignReply() { xdr_free(reinterpret_cast<xdrproc_t>(routine_), static_cast<Result*>(this)); }
-    ForeignReply& operator=(ForeignReply&&) = delete; // nor is it copied
+    ForeignReply(const ForeignReply&) = delete;
+    ForeignReply& operator=(const ForeignReply&) = delete;
 
 private:
     bool_t (*routine_)(XDR*, Result*);
@@ -27,8 +30,12 @@ class ForeignClient : public testing::Test {
 protected:
     void SetUp() override {
         const std::string address = target_.address();
-        ASSERT_NE(address, "");
-        sockaddr_in target = scripted_peer::loopback(std::stoi(address.substr(address.find(':') + 1)));
+        const std::string host = "127.0.0.1:";
+        ASSERT_TRUE(address.starts_with(host)) << address;
+        sockaddr_in target{};
+        target.sin_family = AF_INET;
+        target.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+        target.sin_port = htons(static_cast<std::uint16_t>(std::stoi(address.substr(host.size()))));
         int socket = RPC_ANYSOCK;
         client_.reset(clnttcp_create(&target, APPLMAN_PROGRAM, APPLMAN_VERSION, &socket, 0, 0));
         ASSERT_NE(client_, nullptr) << clnt_spcreateerror("kvtarget");
@@ -88,7 +95,10 @@ TEST_F(ForeignClient, AnnouncesAFileAndLoadsFromFlash) {
     EXPECT_EQ(announced.result, 0);
     EXPECT_STREQ(announced.target_name, "name.bin");
 
-    applman_flash_request load{kAccessId, {1, 7, {}, {}}};
+    applman_flash_request load{};
+    load.access_id = kAccessId;
+    load.command.command = 1;
+    load.command.flash_appl_id = 7;
     ForeignReply<applman_result> accepted{xdr_applman_result};
     ASSERT_EQ(applman_load_flash_appl_2(&load, &accepted, client_.get()), RPC_SUCCESS);
     EXPECT_EQ(accepted.result, 0);
@@ -96,6 +106,21 @@ TEST_F(ForeignClient, AnnouncesAFileAndLoadsFromFlash) {
     ForeignReply<applman_result> state{xdr_applman_result};
     ASSERT_EQ(applman_get_command_state_2(&ask, &state, client_.get()), RPC_SUCCESS);
     EXPECT_EQ(state.result, 0);
+}
+
+TEST_F(ForeignClient, IsToldWhyAParameterIsRefused) {
+    applman_get_param_request get{kMode, kAccessId, registerProcess() + 1000, 20};
+    ForeignReply<applman_value_result> got{xdr_applman_value_result};
+    ASSERT_EQ(applman_get_param_2(&get, &got, client_.get()), RPC_SUCCESS);
+    EXPECT_EQ(got.result, -1);
+
+    XDR list;
+    xdrmem_create(&list, got.error_list.error_list_val, got.error_list.error_list_len, XDR_DECODE);
+    u_int count = 0;
+    u_int code = 0;
+    ASSERT_TRUE(xdr_u_int(&list, &count) && xdr_u_int(&list, &code));
+    EXPECT_EQ(count, 1U);
+    EXPECT_EQ(code, 0x14a00803U); // it knows no such process
 }
 
 } // namespace

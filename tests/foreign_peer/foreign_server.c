@@ -23,7 +23,8 @@ static applman_add_file_request_2 withFile = {kAccessId, &file}, withoutFile = {
 static applman_add_file_result added = {-1, "store/files", {0, NULL}, "name.bin"}, nothing = {9, "", {0, NULL}, ""};
 static int letters[] = {'a', 'z'};
 static applman_flash_request flash = {
-    kAccessId, {1, -0x0102030405060708, {1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15, 16}, {2, letters}}};
+    kAccessId,
+    {1, -0x0102030405060708, {1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15, 16}, {2, letters}}};
 static applman_result done = {0, {0, NULL}}, busy = {2, {0, NULL}};
 static applman_set_param_request sets[kForeignTagCount];
 static applman_get_param_request gets[kForeignTagCount];

@@ -80,7 +80,7 @@ TEST_F(Devices, LevelsAreRememberedPerProcessUnlessTheyAreRefused) {
     EXPECT_EQ(host_interface::grantedLevel(access_, 9), std::nullopt);
 }
 
-TEST_F(Devices, HandleThatNamesNothingIsAFailure) {
+TEST_F(Devices, HandleThatNamesNothingIsAFailureOfEveryOperation) {
     void* const removed = addDevice(pool_, "10.0.0.1:1");
     void* removedAccess = nullptr;
     ASSERT_EQ(KvHIM_createAccessRestrictionHandle(pool_, removed, &removedAccess), 0);
@@ -90,14 +90,25 @@ TEST_F(Devices, HandleThatNamesNothingIsAFailure) {
     EXPECT_NE(next, removedAccess);
     EXPECT_GT(parameter(next, 12), parameter(access_, 12)); // an ID of its own
 
+    std::uint32_t value = 1;
+    void* out = nullptr;
     KvCRpcClient* client = nullptr;
-    const Codes expected{kDeviceUnknown, kDeviceUnknown, kDeviceUnknown, kAccessHandleUnknown, kFilterUnknown};
+    KvHIMSDeviceInfo info{};
+    Codes expected(5, kDeviceUnknown);
+    expected.insert(expected.end(), 2, kAccessHandleUnknown);
+    expected.insert(expected.end(), 4, kFilterUnknown);
     for (void* const nothing : {static_cast<void*>(nullptr), removed, removedAccess}) {
         pool_->reset();
+        EXPECT_LT(KvHIM_setParam(pool_, nothing, 20, 2, "1"), 0);
         EXPECT_EQ(KvHIM_getAddressFromHandle(pool_, nothing), nullptr);
         EXPECT_LT(KvHIM_getRPCClientReference(pool_, nothing, 6, &client), 0);
+        EXPECT_LT(KvHIM_createAccessRestrictionHandle(pool_, nothing, &out), 0);
         EXPECT_LT(KvPlatform_removeDevice(pool_, nothing), 0);
         EXPECT_LT(KvHIM_requestAccessRestrictionLevel(pool_, nothing, 1, 2), 0);
+        EXPECT_LT(KvHIM_deleteAccessRestrictionHandle(pool_, nothing), 0);
+        EXPECT_LT(KvHIM_setFilterParameter(pool_, nothing, 6, 4, &value), 0);
+        EXPECT_LT(KvHIM_applyFilter(pool_, nothing), 0);
+        EXPECT_LT(KvHIM_getDeviceList(pool_, nothing, &info, &value), 0);
         EXPECT_LT(KvHIM_deleteFilter(pool_, nothing), 0);
         EXPECT_EQ(pool_.codes(), expected);
     }
@@ -115,6 +126,8 @@ TEST_F(Devices, RegistryOwnsEveryClientUntilTheDeviceIsRemovedWhichIsNotCancelle
     ASSERT_EQ(KvHIM_registerRPCClient(pool_, device_, 6, second), 0);
     ASSERT_EQ(KvHIM_getRPCClientReference(pool_, device_, 6, &found), 0);
     EXPECT_EQ(found, second);
+    ASSERT_EQ(KvHIM_getRPCClientReference(pool_, device_, 7, &found), 0);
+    EXPECT_EQ(found, nullptr);
     EXPECT_EQ(deleted, 0); // somebody may still be calling through the first
 
     std::int32_t status = -1;

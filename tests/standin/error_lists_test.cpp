@@ -37,8 +37,8 @@ Bytes withWord(std::size_t offset, std::uint32_t word) {
     return bytes;
 }
 
-const char* const kTexts[] = {"plain"};
-constexpr KvResRange kRange{2, 1};
+const char* const kTexts[] = {"plain", "%1 before %2, then %1", "%5%4%3%2%1", "0x%1", "100 % of %1%", "%6 %0 %%1 %"};
+constexpr KvResRange kRange{2, 6};
 constexpr KvResText kTable{kTexts, &kRange, 1, 0x70000000};
 
 class MessageTables : public testing::Test {
@@ -91,6 +91,44 @@ TEST(SerialisedErrorList, BytesThatAreNotOneWholeListAddNothing) {
     }
     EXPECT_LT(pool->deSerialize(nullptr, 4), 0);
     EXPECT_EQ(receive(pool, {0, 0, 0, 0}), 0); // no entries are a list too
+}
+
+TEST(SerialisedErrorList, ReceivedEntriesEndAtEightMebibytesAndOthersDoNot) {
+    const Bytes smallEntries = KvErrorListAccess::serialize(std::vector<KvErrorListEntry>(20000));
+    Pool pool;
+    for (int poll = 0; poll < 20; ++poll) {
+        EXPECT_EQ(receive(pool, smallEntries), 0);
+    }
+    const std::uint32_t kept = pool->getErrorCount();
+    EXPECT_GE(kept, 8U * 1024 * 1024 / 200);
+    EXPECT_LE(kept, 8U * 1024 * 1024 / sizeof(KvErrorListEntry));
+    KvPlatform_addEntry(pool, 5);
+    EXPECT_EQ(pool->getErrorCode(kept), 5U);
+    pool->reset();
+    EXPECT_EQ(receive(pool, kTwoEntries), 0);
+    EXPECT_EQ(pool->getErrorCount(), 2U);
+}
+
+TEST_F(MessageTables, ArgumentsTakeThePlaceOfTheirNumbers) {
+    pool_->setError(0x70000002, 1, "", "%s", "surplus");
+    pool_->setError(0x70000003, 1, "", "%s%s", "%2", "%n");
+    pool_->setError(0x70000004, 1, "", "%d%d", -1, -2);
+    pool_->setError(0x70000005, 1, "", "%x", 0xFF00AAU);
+    pool_->setError(0x70000006, 1, "", "%d", -2147483647 - 1);
+    pool_->setError(0x70000007, 1, "", "%s", "a");
+    KvPlatform_addEntry(pool_, 0x70000001);
+    KvPlatform_addEntry(pool_, 0x70000008);
+    const char* const texts[] = {"plain",
+                                 "%2 before %n, then %2", // an argument stays text
+                                 "%5%4%3-2-1",
+                                 "0xff00aa",
+                                 "100 % of -2147483648%",
+                                 "%6 %0 %a %",
+                                 "Message 0x70000001 is not registered.",
+                                 "Message 0x70000008 is not registered."};
+    for (std::uint32_t i = 0; i < std::size(texts); ++i) {
+        EXPECT_EQ(pool_.text(i), texts[i]);
+    }
 }
 
 TEST_F(MessageTables, ATableMayComeAndGoWhileTextsAreRenderedAndLent) {

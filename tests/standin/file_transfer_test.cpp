@@ -1,4 +1,4 @@
-// File transfer into the store of a simulated target.
+// File transfer into the store of a simulated target, and to peers that do not play by the rules.
 #include <sys/stat.h>
 
 #include <fstream>
@@ -10,6 +10,8 @@
 #include "error_lists/platform_messages.h"
 #include "platform/host_system.h"
 #include "support/one_target.h"
+#include "support/scripted_peer.h"
+#include "support/shortened_limits.h"
 
 namespace {
 
@@ -37,7 +39,8 @@ class Sender {
 public:
     explicit Sender(void* device) { KvHIM_createFTClientHandle(pool, device, &handle); }
     ~Sender() { KvHIM_deleteFTClientHandle(pool, handle); }
-    Sender& operator=(Sender&&) = delete; // nor is it copied
+    Sender(const Sender&) = delete;
+    Sender& operator=(const Sender&) = delete;
 
     std::int64_t send(std::size_t size, const char* name = "name") {
         std::ofstream{path(), std::ios::binary} << contentOf(size);
@@ -130,6 +133,35 @@ TEST_F(FileTransfer, DirectoriesAreMadeUnlessTheTargetOrTheHandleRefuses) {
     EXPECT_LT(KvHIM_makeDir(sender.pool, nullptr, sender.handle, "dir", "other"), 0);
     EXPECT_LT(sender.send(1), 0);
     EXPECT_EQ(sender.pool.codes(), (Codes{kTransferDirectoryRefused, kTransferHandleUnknown, kTransferHandleUnknown}));
+    target.target.stop();
+    const Sender unreachable{target.device};
+    EXPECT_EQ(unreachable.handle, nullptr);
+    EXPECT_EQ(unreachable.pool.codes(), Codes{kRpcConnectionRefused});
+}
+
+TEST(FileTransferPeer, ASmallFileTakesOneRoundTripAndThenSilenceCostsTheCallTimeoutAndTheConnection) {
+    scripted_peer::ScriptedPeer peer{{[](const scripted_peer::Wire& wire) {
+        std::vector<scripted_peer::Bytes> calls(3);
+        for (auto& call : calls) {
+            call = wire.receiveRecord();
+        }
+        for (const auto& call : calls) {
+            wire.send(scripted_peer::reply(call, scripted_peer::words({0})));
+        }
+        wire.awaitEnd();
+    }}};
+    Pool pool;
+    void* device = nullptr;
+    ASSERT_EQ(KvPlatform_addDevice(pool, peer.address().c_str(), 1, &device), 0);
+    Sender sender{device};
+    EXPECT_EQ(sender.send(100), 100);
+    {
+        const ShortenedLimits shortened;
+        EXPECT_LT(sender.send(100), 0);
+    }
+    EXPECT_EQ(sender.pool.codes(), Codes{kRpcCallTimedOut});
+    peer.awaitFirstClosed();
+    EXPECT_EQ(KvPlatform_removeDevice(pool, device), 0);
 }
 
 } // namespace

@@ -1,4 +1,6 @@
 // The RPC client and the server half, each against the other and against peers that do not play by the rules.
+#include <sys/resource.h>
+
 #include <latch>
 
 #include <gtest/gtest.h>
@@ -157,9 +159,12 @@ TEST(RpcClient, ABadReplyFailsItsOwnCallOnly) {
         std::uint32_t message;
     } badReplies[] = {
         {"RPC version mismatch", words({1, 1, 0, 2, 2}), kRpcCallRefused},
+        {"a reject status that makes 3 of 100", words({1, 1, 0xFFFFFF9F}), kRpcCallRefused},
+        {"program mismatch", words({1, 0, 0, 0, 2, 1, 1}), kRpcCallRefused},
         {"highest accept status", words({1, 0, 0, 0, 0xFFFFFFFF}), kRpcCallRefused},
         {"unknown reply status", words({1, 5, 0, 0, 0, 7}), kRpcReplyMalformed},
         {"verifier too long", words({1, 0, 0, 401}) + Bytes(404, 0) + words({0, 7}), kRpcReplyMalformed},
+        {"verifier longer than the record", words({1, 0, 0, 0x7FFFFFFC, 0, 7}), kRpcReplyMalformed},
         {"verifier whose padding wraps", words({1, 0, 0, 0xFFFFFFFF, 0, 7}), kRpcReplyMalformed},
         {"end within the head", words({1, 0, 0}), kRpcReplyMalformed},
         {"no results", words({1, 0, 0, 0, 0}), kRpcReplyMalformed},
@@ -192,6 +197,7 @@ TEST(RpcClient, ABrokenStreamIsReplacedByTheNextCall) {
         {"an empty record", fragment({}), kRpcReplyMalformed},
         {"empty fragments for ever", Bytes(1 << 20, 0), kRpcReplyMalformed},
         {"end before the reply", {}, kRpcConnectionLost},
+        {"end within a mark", {0x80, 0}, kRpcConnectionLost},
         {"end within a reply", words({0x80000020, 1, 1, 0}), kRpcConnectionLost},
     };
     kvrpc::limits::largestReply = 1U << 20;
@@ -271,6 +277,41 @@ TEST(RpcClient, APeerThatTakesNothingBeforeItsLateReplyIsTakenIsServed) {
     EXPECT_TRUE(client.echoes(std::string(kMuch, 'x')));
 }
 
+TEST(RpcClient, MemoryGrowsOnlyWithWhatArrives) {
+    ScriptedPeer peer{{[](const Wire& wire) {
+        wire.send(words({0x80000000U | (255U << 20)}));
+        wire.awaitEnd();
+    }}};
+    Client client{peer.address()};
+    rusage before{}, after{};
+    getrusage(RUSAGE_SELF, &before);
+    const ShortenedLimits shortened;
+    EXPECT_FALSE(client.echoes(1));
+    getrusage(RUSAGE_SELF, &after);
+    EXPECT_EQ(client.pool.codes(), Codes{kRpcCallTimedOut});
+    EXPECT_LT(after.ru_maxrss - before.ru_maxrss, 4096) << "KiB";
+}
+
+TEST(RpcClient, TellsWhyItCannotConnect) {
+    const ShortenedLimits shortened;
+    std::string silent;
+    const Wire listener{listenOnLoopback(silent, 0)};
+    const Wire filler{silent}; // the backlog is full now, so that nobody answers the next
+    std::string dead;
+    { const Wire closed{listenOnLoopback(dead, 1)}; }
+    const std::pair<std::string, std::uint32_t> cases[] = {{dead, kRpcConnectionRefused},
+                                                           {"255.255.255.255:1", kRpcHostUnreachable},
+                                                           {silent, kRpcConnectTimedOut},
+                                                           {"localhost:80", kRpcClientUnusable}};
+    for (const auto& [address, message] : cases) {
+        Client client{address};
+        EXPECT_LT(client.client.connect(client.pool), 0);
+        EXPECT_FALSE(client.echoes(1)) << "a call tries again, and fails alike";
+        EXPECT_EQ(client.pool.codes(), (Codes{message, message}));
+        EXPECT_NE(client.pool.text(0).find(address), std::string::npos);
+    }
+}
+
 TEST_F(Rpc, TheServerAnswersEveryCallWithItsStatusAndClosesTheConnectionOfWhatIsNone) {
     const Bytes credentials = words({9, 2, 0x61620000, 1000, 1000, 1, 4}); // stamp, "ab", user, group, a further group
     const Bytes success = words({8, 1, 0, 0, 0, 0, 42});
@@ -280,8 +321,11 @@ TEST_F(Rpc, TheServerAnswersEveryCallWithItsStatusAndClosesTheConnectionOfWhatIs
         Bytes reply; // none when the connection is closed instead
     } cases[] = {
         {"success", words({8, 0, 2, 77, 1, kEcho, 0, 0, 0, 0, 42}), success},
+        {"another RPC version", words({8, 0, 3}), words({8, 1, 1, 0, 2, 2})},
         {"credentials", words({8, 0, 2, 77, 1, kEcho, 1, 28}) + credentials + words({0, 0, 42}), success},
         {"broken credentials", words({8, 0, 2, 77, 1, kEcho, 1, 4, 9, 0, 0}), words({8, 1, 1, 1, 1})},
+        {"unknown credentials", words({8, 0, 2, 77, 1, kEcho, 6, 0, 0, 0}), words({8, 1, 1, 1, 2})},
+        {"a reply", words({8, 1, 0, 0, 0, 0}), {}},
         {"an empty record", {}, {}},
         {"end within the head", words({8, 0, 2, 77, 1}), {}},
         {"too long credentials", words({8, 0, 2, 77, 1, kEcho, 0, 404}) + Bytes(404, 0) + words({0, 0}), {}},

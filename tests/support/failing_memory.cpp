@@ -1,27 +1,32 @@
 #include "support/failing_memory.h"
 
-#include <cstdint>
 #include <cstdlib>
 #include <new>
 
-static thread_local bool failed = false;
-static thread_local std::size_t left = SIZE_MAX; // more than any program takes
+namespace {
+
+thread_local bool limited = false;
+thread_local bool failed = false;
+thread_local std::size_t left = 0;
+
+} // namespace
 
 FailingMemory::FailingMemory(std::size_t allowed) noexcept {
     left = allowed;
     failed = false;
+    limited = true;
 }
 
-FailingMemory::~FailingMemory() { left = SIZE_MAX; }
+FailingMemory::~FailingMemory() { limited = false; }
 
 bool FailingMemory::hasFailed() const noexcept { return failed; }
 
 void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
-    if (left == 0) {
+    if (limited && left == 0) {
         failed = true;
         return nullptr;
     }
-    --left;
+    if (limited) { --left; }
     return std::malloc(size == 0 ? 1 : size);
 }
 void* operator new(std::size_t size) {

@@ -8,7 +8,8 @@ class FailingMemory {
 public:
     explicit FailingMemory(std::size_t allowed) noexcept;
     ~FailingMemory();
-    FailingMemory& operator=(FailingMemory&&) = delete; // nor is it copied
+    FailingMemory(const FailingMemory&) = delete;
+    FailingMemory& operator=(const FailingMemory&) = delete;
 
     /// Whether an allocation has failed.
     bool hasFailed() const noexcept;

@@ -3,6 +3,8 @@
 
 #include <filesystem>
 #include <random>
+#include <string>
+#include <vector>
 
 #include <gtest/gtest.h>
 
@@ -10,26 +12,29 @@
 #include "support/pool.h"
 #include "support/recorded_clock.h"
 #include "support/wire.h"
-
-using Messages = std::vector<std::string>;
+#include "target/simulated_target.h"
 
 /// The messages of a pool, each as `operation 0xcode(arguments)`. Those of the platform's own are left out: what they say
 /// is the business of the platform's tests.
-inline Messages messages(const Pool& pool) {
-    Messages all;
-    for (std::uint32_t i = 0; i < KvPlatform_entryCount(pool); ++i) {
-        const std::uint32_t code = KvPlatform_entryCode(pool, i);
-        if ((code & 0xFFF00000U) == 0x12600000U) { continue; } // of the platform
+inline std::vector<std::string> messages(const Pool& pool) {
+    constexpr std::uint32_t kPlatformCodes = 0x12600000;
+    const KvCErrorListPool& list = pool;
+    std::vector<std::string> all;
+    for (std::uint32_t i = 0; i < KvPlatform_entryCount(list); ++i) {
+        const std::uint32_t code = KvPlatform_entryCode(list, i);
+        if ((code & 0xFFF00000U) == kPlatformCodes) { continue; }
         char number[16];
         std::snprintf(number, sizeof number, code == 1024 ? "%u" : "0x%x", code);
-        std::string text = std::string(KvPlatform_entryOperation(pool, i)) + " " + number;
-        for (std::uint32_t k = 0; k < KvPlatform_entryArgumentCount(pool, i); ++k) {
-            text += (k == 0 ? "(" : ",") + std::string(KvPlatform_entryArgument(pool, i, k));
+        std::string text = std::string(KvPlatform_entryOperation(list, i)) + " " + number;
+        for (std::uint32_t k = 0; k < KvPlatform_entryArgumentCount(list, i); ++k) {
+            text += (k == 0 ? "(" : ",") + std::string(KvPlatform_entryArgument(list, i, k));
         }
-        all.push_back(text + (KvPlatform_entryArgumentCount(pool, i) > 0 ? ")" : ""));
+        all.push_back(text + (KvPlatform_entryArgumentCount(list, i) > 0 ? ")" : ""));
     }
     return all;
 }
+
+using Messages = std::vector<std::string>;
 
 /// A folder of its own that goes with its scope.
 class TemporaryFolder {
@@ -43,7 +48,8 @@ public:
         std::error_code ignored;
         std::filesystem::remove_all(path_, ignored);
     }
-    TemporaryFolder& operator=(TemporaryFolder&&) = delete; // nor is it copied
+    TemporaryFolder(const TemporaryFolder&) = delete;
+    TemporaryFolder& operator=(const TemporaryFolder&) = delete;
 
     const std::filesystem::path& path() const { return path_; }
 

@@ -1,6 +1,7 @@
 // A pool of messages that ends with its scope.
 #pragma once
 
+#include <cstdint>
 #include <string>
 #include <vector>
 
@@ -11,7 +12,8 @@ class Pool {
 public:
     Pool() : pool_(KvPlatform_createPool()) {}
     ~Pool() { KvPlatform_deletePool(pool_); }
-    Pool& operator=(Pool&&) = delete; // nor is it copied
+    Pool(const Pool&) = delete;
+    Pool& operator=(const Pool&) = delete;
 
     operator KvCErrorListPool&() const { return *pool_; }
     KvCErrorListPool* operator->() const { return pool_; }

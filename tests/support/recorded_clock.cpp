@@ -4,9 +4,13 @@
 
 #include "platform/rtos.h"
 
-static std::mutex mutex;
-static std::vector<std::uint32_t> recordedNaps;
-static std::uint64_t microseconds = 0;
+namespace {
+
+std::mutex mutex;
+std::vector<std::uint32_t> recordedNaps;
+std::uint64_t microseconds = 0;
+
+} // namespace
 
 void recorded_clock::restart(std::uint64_t ticks) {
     const std::lock_guard lock{mutex};

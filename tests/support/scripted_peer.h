@@ -6,7 +6,9 @@
 #include <unistd.h>
 
 #include <atomic>
+#include <cstdint>
 #include <functional>
+#include <initializer_list>
 #include <stdexcept>
 #include <string>
 #include <thread>
@@ -51,8 +53,10 @@ inline Bytes reply(const Bytes& call, const Bytes& results) {
 }
 
 inline sockaddr_in loopback(int port) {
-    const auto networkPort = htons(static_cast<std::uint16_t>(port));
-    return {.sin_family = AF_INET, .sin_port = networkPort, .sin_addr = {htonl(INADDR_LOOPBACK)}, .sin_zero = {}};
+    return {.sin_family = AF_INET,
+            .sin_port = htons(static_cast<std::uint16_t>(port)),
+            .sin_addr = {htonl(INADDR_LOOPBACK)},
+            .sin_zero = {}};
 }
 
 /// One end of a connection; closes it when it ends. What was not read then makes the other side see an error.
@@ -66,7 +70,8 @@ public:
         }
     }
     ~Wire() { ::close(descriptor_); }
-    Wire& operator=(Wire&&) = delete; // nor is it copied
+    Wire(const Wire&) = delete;
+    Wire& operator=(const Wire&) = delete;
 
     void send(const Bytes& bytes) const { ::send(descriptor_, bytes.data(), bytes.size(), MSG_NOSIGNAL); }
     Bytes receive(std::size_t count) const { // fewer at the end
@@ -76,7 +81,8 @@ public:
         return bytes;
     }
     Bytes receiveRecord() const { // of one fragment; empty at the end
-        return receive(wordAt(receive(4), 0) & 0x7FFFFFFFU);
+        const Bytes mark = receive(4);
+        return receive(wordAt(mark, 0) & 0x7FFFFFFFU);
     }
     void awaitEnd() const { // reads what comes before
         while (!receive(1).empty()) {}
@@ -87,11 +93,12 @@ private:
 };
 
 /// A listening socket on a loopback port of its own.
-inline int listenOnLoopback(std::string& address) {
+inline int listenOnLoopback(std::string& address, int backlog) {
     const int listener = ::socket(AF_INET, SOCK_STREAM, 0);
     sockaddr_in local = loopback(0);
     socklen_t length = sizeof local;
-    if (::bind(listener, reinterpret_cast<const sockaddr*>(&local), sizeof local) != 0 || ::listen(listener, 16) != 0 ||
+    if (::bind(listener, reinterpret_cast<const sockaddr*>(&local), sizeof local) != 0 ||
+        ::listen(listener, backlog) != 0 ||
         ::getsockname(listener, reinterpret_cast<sockaddr*>(&local), &length) != 0) {
         throw std::runtime_error{"cannot listen"};
     }
@@ -106,7 +113,7 @@ public:
     /// The scripts are played one after the other, each on a connection of its own. Each must end by the time that its
     /// peer is gone.
     explicit ScriptedPeer(std::vector<Script> scripts)
-        : scripts_(std::move(scripts)), listener_(listenOnLoopback(address_)), thread_([this] { play(); }) {}
+        : scripts_(std::move(scripts)), listener_(listenOnLoopback(address_, 16)), thread_([this] { play(); }) {}
     ~ScriptedPeer() {
         ::shutdown(listener_, SHUT_RDWR);
         thread_.join();
@@ -132,7 +139,8 @@ private:
     const std::vector<Script> scripts_;
     std::string address_{};
     int listener_;
-    std::atomic<int> accepted_{0}, closed_{0};
+    std::atomic<int> accepted_{0};
+    std::atomic<int> closed_{0};
     std::thread thread_;
 };
 

@@ -5,14 +5,18 @@
 
 class ShortenedLimits {
 public:
+    ShortenedLimits() = default;
     ~ShortenedLimits() {
+        kvrpc::limits::connecting = connecting_;
         kvrpc::limits::callOverride = call_;
         kvrpc::limits::serverRecord = serverRecord_;
     }
-    ShortenedLimits& operator=(ShortenedLimits&&) = delete; // nor is it copied
+    ShortenedLimits(const ShortenedLimits&) = delete;
+    ShortenedLimits& operator=(const ShortenedLimits&) = delete;
 
 private:
     static constexpr std::chrono::milliseconds kShort{50};
+    const std::chrono::milliseconds connecting_ = kvrpc::limits::connecting.exchange(kShort);
     const std::chrono::milliseconds call_ = kvrpc::limits::callOverride.exchange(kShort);
     const std::chrono::milliseconds serverRecord_ = kvrpc::limits::serverRecord.exchange(kShort);
 };

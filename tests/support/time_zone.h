@@ -15,5 +15,6 @@ public:
         ::unsetenv("TZ");
         ::tzset();
     }
-    TimeZone& operator=(TimeZone&&) = delete; // nor is it copied
+    TimeZone(const TimeZone&) = delete;
+    TimeZone& operator=(const TimeZone&) = delete;
 };

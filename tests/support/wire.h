@@ -1,6 +1,8 @@
 // Records to bytes and back, and replies for scripted targets.
 #pragma once
 
+#include <cstdint>
+#include <initializer_list>
 #include <stdexcept>
 #include <vector>
 
@@ -10,13 +12,14 @@
 
 namespace wire {
 
+using applman::xdr_record;
 using simulated_target::ScriptedReply;
 
 template <class Record>
 std::vector<std::uint8_t> bytesOf(Record record) {
     std::vector<std::uint8_t> bytes;
     Xdr encoder = Xdr::encoder(bytes);
-    if (!applman::xdr_record(encoder, record)) { throw std::logic_error("a record that cannot be encoded"); }
+    if (!xdr_record(encoder, record)) { throw std::logic_error("a record that cannot be encoded"); }
     return bytes;
 }
 
@@ -24,9 +27,7 @@ template <class Record>
 Record recordOf(const std::vector<std::uint8_t>& bytes) {
     Record record;
     Xdr decoder = Xdr::decoder(bytes);
-    if (!applman::xdr_record(decoder, record) || decoder.left() != 0) {
-        throw std::logic_error("bytes of another record");
-    }
+    if (!xdr_record(decoder, record) || decoder.left() != 0) { throw std::logic_error("bytes of another record"); }
     return record;
 }
 
@@ -39,9 +40,13 @@ inline applman::ErrorListBytes errorList(std::initializer_list<std::uint32_t> co
     return KvErrorListAccess::serialize(entries);
 }
 
+inline ScriptedReply replyWith(kvrpc::AcceptStatus status, std::vector<std::uint8_t> results = {}) {
+    return {.reply = {status, std::move(results)}};
+}
+
 template <class Record>
 ScriptedReply reply(const Record& record) {
-    return {.reply = {kvrpc::AcceptStatus::success, bytesOf(record)}};
+    return replyWith(kvrpc::AcceptStatus::success, bytesOf(record));
 }
 
 inline ScriptedReply result(std::int32_t value, std::initializer_list<std::uint32_t> codes = {}) {
@@ -58,8 +63,8 @@ inline ScriptedReply noValue(std::initializer_list<std::uint32_t> codes = {}) {
 }
 
 /// A call that fails: the target answers that something went wrong inside it.
-inline ScriptedReply failedCall() { return {.reply = {kvrpc::AcceptStatus::systemError, {}}}; }
+inline ScriptedReply failedCall() { return replyWith(kvrpc::AcceptStatus::systemError); }
 
-inline ScriptedReply notOffered() { return {.reply = {kvrpc::AcceptStatus::procedureUnavailable, {}}}; }
+inline ScriptedReply notOffered() { return replyWith(kvrpc::AcceptStatus::procedureUnavailable); }
 
 } // namespace wire
