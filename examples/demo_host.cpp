@@ -14,6 +14,7 @@
 #include "kv_handles.h"
 #include "progress_line.h"
 #include "steps.h"
+#include "text.h"
 
 namespace {
 
@@ -106,13 +107,6 @@ std::vector<Element> readElements(const Pool& pool, const Process& process, std:
     return elements;
 }
 
-std::string joined(const std::vector<std::uint32_t>& numbers) {
-    std::string text;
-    for (const std::uint32_t number : numbers)
-        text += (text.empty() ? "" : ", ") + std::to_string(number);
-    return text;
-}
-
 std::string readItem(const Pool& pool, const Process& process, std::uint32_t applId, const Item& item) {
     if (item.kind == Kind::number) return std::to_string(readNumber(pool, process, applId, item.id));
     if (item.kind == Kind::numbers) return joined(readElements<std::uint32_t>(pool, process, applId, item.id));
@@ -149,8 +143,6 @@ void registerProcesses(Demo& demo) {
         std::printf("  %s: application ID 0x%08x\n", nameOf(process).c_str(), process.id);
     }
 }
-
-void showProgress(const KvTApplManProgress* progress, void* line) { static_cast<ProgressLine*>(line)->show(*progress); }
 
 void download(Demo& demo) {
     constexpr std::uint32_t kNoOption = 0;

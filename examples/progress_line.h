@@ -25,3 +25,8 @@ private:
     std::string line_{};
     double printedFraction_ = 0.0;
 };
+
+/// The callback that shows progress; `line` is a ProgressLine.
+inline void showProgress(const KvTApplManProgress* progress, void* line) {
+    static_cast<ProgressLine*>(line)->show(*progress);
+}

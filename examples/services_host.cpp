@@ -12,6 +12,7 @@
 #include "kv_handles.h"
 #include "progress_line.h"
 #include "steps.h"
+#include "text.h"
 
 namespace {
 
@@ -44,8 +45,6 @@ std::string baseName(const std::string& path) { return path.substr(path.find_las
 
 std::string withoutExtension(const std::string& name) { return name.substr(0, name.rfind('.')); }
 
-void showProgress(const KvTApplManProgress* progress, void* line) { static_cast<ProgressLine*>(line)->show(*progress); }
-
 /// Asks how many there are and then for all of them. The question leaves a message when there are any, so it has a pool
 /// of its own; `ask` takes a pool, the number and the elements.
 template <class Element, class Count, class Ask>
@@ -56,13 +55,6 @@ std::vector<Element> listAll(const Pool& pool, const char* what, Ask ask) {
     std::vector<Element> elements(static_cast<std::size_t>(count));
     if (!elements.empty()) check(ask(pool, &count, elements.data()), what);
     return elements;
-}
-
-std::string joined(const std::vector<std::uint32_t>& numbers) {
-    std::string text;
-    for (const std::uint32_t number : numbers)
-        text += (text.empty() ? "" : ", ") + std::to_string(number);
-    return text;
 }
 
 // Steps
