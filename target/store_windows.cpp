@@ -1,5 +1,6 @@
 #include "target/store.h"
 
+#include <mutex>
 #include <optional>
 #include <system_error>
 #include <utility>
@@ -77,6 +78,8 @@ bool StagedFile::commit() noexcept {
     State& s = *state_;
     if (FlushFileBuffers(s.file.get()) == 0) { return false; }
     s.file.reset();
+    static std::mutex moving; // the system refuses to replace a file that is just being replaced
+    const std::lock_guard lock{moving};
     constexpr DWORD kFlags = MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH;
     s.committed = MoveFileExW(s.stagePath.c_str(), s.finalPath.c_str(), kFlags) != 0;
     return s.committed;

@@ -1,5 +1,10 @@
 // The RPC client and the server half, each against the other and against peers that do not play by the rules.
+#if !defined(_WIN32)
+#include <arpa/inet.h>
 #include <sys/resource.h>
+#include <sys/socket.h>
+#include <unistd.h>
+#endif
 
 #include <latch>
 
@@ -277,6 +282,41 @@ TEST(RpcClient, APeerThatTakesNothingBeforeItsLateReplyIsTakenIsServed) {
     EXPECT_TRUE(client.echoes(std::string(kMuch, 'x')));
 }
 
+TEST(RpcClient, TellsWhyItCannotConnect) {
+    const ShortenedLimits shortened;
+    std::string dead;
+    { dead = ScriptedPeer{{}}.address(); }
+    const std::pair<std::string, std::uint32_t> cases[] = {{dead, kRpcConnectionRefused},
+                                                           {"255.255.255.255:1", kRpcHostUnreachable},
+                                                           {"localhost:80", kRpcClientUnusable}};
+    for (const auto& [address, message] : cases) {
+        Client client{address};
+        EXPECT_LT(client.client.connect(client.pool), 0);
+        EXPECT_FALSE(client.echoes(1)) << "a call tries again, and fails alike";
+        EXPECT_EQ(client.pool.codes(), (Codes{message, message}));
+        EXPECT_NE(client.pool.text(0).find(address), std::string::npos);
+    }
+}
+
+#if !defined(_WIN32)
+TEST(RpcClient, AnAddressThatIsSilentCostsTheConnectTimeout) {
+    const int listener = ::socket(AF_INET, SOCK_STREAM, 0);
+    sockaddr_in local{};
+    local.sin_family = AF_INET;
+    local.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    socklen_t length = sizeof local;
+    ASSERT_EQ(::bind(listener, reinterpret_cast<const sockaddr*>(&local), length), 0);
+    ASSERT_EQ(::listen(listener, 0), 0);
+    ASSERT_EQ(::getsockname(listener, reinterpret_cast<sockaddr*>(&local), &length), 0);
+    const std::string silent = "127.0.0.1:" + std::to_string(ntohs(local.sin_port));
+    const Wire filler{silent}; // the backlog is full now, so that nobody answers the next
+    const ShortenedLimits shortened;
+    Client client{silent};
+    EXPECT_LT(client.client.connect(client.pool), 0);
+    EXPECT_EQ(client.pool.codes(), Codes{kRpcConnectTimedOut});
+    ::close(listener);
+}
+
 TEST(RpcClient, MemoryGrowsOnlyWithWhatArrives) {
     ScriptedPeer peer{{[](const Wire& wire) {
         wire.send(words({0x80000000U | (255U << 20)}));
@@ -291,26 +331,7 @@ TEST(RpcClient, MemoryGrowsOnlyWithWhatArrives) {
     EXPECT_EQ(client.pool.codes(), Codes{kRpcCallTimedOut});
     EXPECT_LT(after.ru_maxrss - before.ru_maxrss, 4096) << "KiB";
 }
-
-TEST(RpcClient, TellsWhyItCannotConnect) {
-    const ShortenedLimits shortened;
-    std::string silent;
-    const Wire listener{listenOnLoopback(silent, 0)};
-    const Wire filler{silent}; // the backlog is full now, so that nobody answers the next
-    std::string dead;
-    { const Wire closed{listenOnLoopback(dead, 1)}; }
-    const std::pair<std::string, std::uint32_t> cases[] = {{dead, kRpcConnectionRefused},
-                                                           {"255.255.255.255:1", kRpcHostUnreachable},
-                                                           {silent, kRpcConnectTimedOut},
-                                                           {"localhost:80", kRpcClientUnusable}};
-    for (const auto& [address, message] : cases) {
-        Client client{address};
-        EXPECT_LT(client.client.connect(client.pool), 0);
-        EXPECT_FALSE(client.echoes(1)) << "a call tries again, and fails alike";
-        EXPECT_EQ(client.pool.codes(), (Codes{message, message}));
-        EXPECT_NE(client.pool.text(0).find(address), std::string::npos);
-    }
-}
+#endif
 
 TEST_F(Rpc, TheServerAnswersEveryCallWithItsStatusAndClosesTheConnectionOfWhatIsNone) {
     const Bytes credentials = words({9, 2, 0x61620000, 1000, 1000, 1, 4}); // stamp, "ab", user, group, a further group

@@ -1,18 +1,20 @@
-// A peer that plays a script per connection, byte by byte, on plain system sockets.
+// A peer that plays a script per connection, byte by byte.
 #pragma once
 
-#include <arpa/inet.h>
-#include <sys/socket.h>
-#include <unistd.h>
-
 #include <atomic>
+#include <bit>
+#include <chrono>
 #include <cstdint>
 #include <functional>
 #include <initializer_list>
+#include <span>
 #include <stdexcept>
 #include <string>
 #include <thread>
+#include <utility>
 #include <vector>
+
+#include "rpc_wire/socket.h"
 
 namespace scripted_peer {
 
@@ -52,32 +54,29 @@ inline Bytes reply(const Bytes& call, const Bytes& results) {
     return fragment(words({wordAt(call, 0), 1, 0, 0, 0, 0}) + results);
 }
 
-inline sockaddr_in loopback(int port) {
-    return {.sin_family = AF_INET,
-            .sin_port = htons(static_cast<std::uint16_t>(port)),
-            .sin_addr = {htonl(INADDR_LOOPBACK)},
-            .sin_zero = {}};
-}
-
 /// One end of a connection; closes it when it ends. What was not read then makes the other side see an error.
 class Wire {
 public:
-    explicit Wire(int descriptor) : descriptor_(descriptor) {}
-    explicit Wire(const std::string& address) : Wire(::socket(AF_INET, SOCK_STREAM, 0)) {
-        const sockaddr_in peer = loopback(std::stoi(address.substr(address.find(':') + 1)));
-        if (::connect(descriptor_, reinterpret_cast<const sockaddr*>(&peer), sizeof peer) != 0) {
-            throw std::runtime_error{"cannot connect to " + address};
+    explicit Wire(kvrpc::Socket socket) : socket_(std::move(socket)) {}
+    explicit Wire(const std::string& address) : Wire(connected(address)) {}
+
+    void send(const Bytes& bytes) const { // as much as the other side takes
+        for (std::span<const std::uint8_t> rest{bytes}; !rest.empty();) {
+            const kvrpc::IoResult sent = socket_.send(rest);
+            if (sent.io == kvrpc::Io::failed) { return; }
+            if (sent.io == kvrpc::Io::wouldBlock) { socket_.wait({.toWrite = true}, kNever); }
+            rest = rest.subspan(sent.count);
         }
     }
-    ~Wire() { ::close(descriptor_); }
-    Wire(const Wire&) = delete;
-    Wire& operator=(const Wire&) = delete;
-
-    void send(const Bytes& bytes) const { ::send(descriptor_, bytes.data(), bytes.size(), MSG_NOSIGNAL); }
     Bytes receive(std::size_t count) const { // fewer at the end
         Bytes bytes(count);
-        const auto received = ::recv(descriptor_, bytes.data(), count, MSG_WAITALL);
-        bytes.resize(received > 0 ? static_cast<std::size_t>(received) : 0);
+        std::size_t received = 0;
+        while (received < count) {
+            const kvrpc::IoResult got = socket_.receive(std::span{bytes}.subspan(received), kNever);
+            if (got.io != kvrpc::Io::done) { break; }
+            received += got.count;
+        }
+        bytes.resize(received);
         return bytes;
     }
     Bytes receiveRecord() const { // of one fragment; empty at the end
@@ -89,22 +88,21 @@ public:
     }
 
 private:
-    int descriptor_;
-};
+    static constexpr kvrpc::Deadline kNever = kvrpc::Deadline::max();
 
-/// A listening socket on a loopback port of its own.
-inline int listenOnLoopback(std::string& address, int backlog) {
-    const int listener = ::socket(AF_INET, SOCK_STREAM, 0);
-    sockaddr_in local = loopback(0);
-    socklen_t length = sizeof local;
-    if (::bind(listener, reinterpret_cast<const sockaddr*>(&local), sizeof local) != 0 ||
-        ::listen(listener, backlog) != 0 ||
-        ::getsockname(listener, reinterpret_cast<sockaddr*>(&local), &length) != 0) {
-        throw std::runtime_error{"cannot listen"};
+    static kvrpc::Socket connected(const std::string& address) {
+        const std::uint8_t loopback[] = {127, 0, 0, 1};
+        const auto port = static_cast<std::uint16_t>(std::stoi(address.substr(address.find(':') + 1)));
+        auto outcome = kvrpc::ConnectOutcome::failed;
+        int error = 0;
+        auto socket = kvrpc::Socket::connect(std::bit_cast<std::uint32_t>(loopback), port,
+                                             kvrpc::Clock::now() + std::chrono::seconds{5}, outcome, error);
+        if (outcome != kvrpc::ConnectOutcome::connected) { throw std::runtime_error{"cannot connect to " + address}; }
+        return socket;
     }
-    address = "127.0.0.1:" + std::to_string(ntohs(local.sin_port));
-    return listener;
-}
+
+    kvrpc::Socket socket_;
+};
 
 class ScriptedPeer {
 public:
@@ -112,12 +110,10 @@ public:
 
     /// The scripts are played one after the other, each on a connection of its own. Each must end by the time that its
     /// peer is gone.
-    explicit ScriptedPeer(std::vector<Script> scripts)
-        : scripts_(std::move(scripts)), listener_(listenOnLoopback(address_, 16)), thread_([this] { play(); }) {}
+    explicit ScriptedPeer(std::vector<Script> scripts) : scripts_(std::move(scripts)), thread_([this] { play(); }) {}
     ~ScriptedPeer() {
-        ::shutdown(listener_, SHUT_RDWR);
+        ended_ = true;
         thread_.join();
-        ::close(listener_);
     }
 
     const std::string& address() const { return address_; }
@@ -127,18 +123,24 @@ public:
 private:
     void play() {
         for (const Script& script : scripts_) {
-            const int descriptor = ::accept(listener_, nullptr, nullptr);
-            if (descriptor == -1) { return; }
+            auto outcome = kvrpc::AcceptOutcome::none;
+            kvrpc::Socket socket;
+            while (outcome != kvrpc::AcceptOutcome::accepted) {
+                if (ended_) { return; }
+                listener_.wait({.toRead = true}, kvrpc::Clock::now() + std::chrono::milliseconds{20});
+                socket = listener_.accept(outcome);
+            }
             ++accepted_;
-            script(Wire{descriptor});
+            script(Wire{std::move(socket)});
             ++closed_;
             closed_.notify_all();
         }
     }
 
     const std::vector<Script> scripts_;
-    std::string address_{};
-    int listener_;
+    const kvrpc::Socket listener_ = kvrpc::Socket::listen("127.0.0.1", 0);
+    const std::string address_ = "127.0.0.1:" + std::to_string(listener_.localPort());
+    std::atomic<bool> ended_{false};
     std::atomic<int> accepted_{0};
     std::atomic<int> closed_{0};
     std::thread thread_;

@@ -64,6 +64,9 @@ TEST_F(FileTransfer, AfterARefusedNameTheLaterStepsFailAndNothingIsMade) {
 }
 
 TEST_F(FileTransfer, NoLinkInTheStoreLeadsOutOfIt) {
+#if defined(_WIN32)
+    GTEST_SKIP() << "makes links as on POSIX";
+#endif
     service();
     fs::create_directories(aroundRoot() / "outside");
     std::ofstream{aroundRoot() / "outside/file"} << "precious";
