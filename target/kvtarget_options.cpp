@@ -66,6 +66,22 @@ void addFlashApplication(Options& options, const std::string& option, const std:
     options.flashApplications[id] = colon == std::string::npos ? "flash" + std::to_string(id) : value.substr(colon + 1);
 }
 
+template <class Read>
+auto faultsFrom(const std::string& option, Read read) {
+    try {
+        return read();
+    } catch (const BadFault& fault) { throw BadCommandLine{option + ": " + fault.what()}; }
+}
+
+void addFault(Options& options, const std::string& option, const std::string& value) {
+    options.faults.push_back(faultsFrom(option, [&] { return parseFault(value); }));
+}
+
+void addFaultFile(Options& options, const std::string& option, const std::string& value) {
+    const auto rules = faultsFrom(option, [&] { return readFaultFile(value); });
+    options.faults.insert(options.faults.end(), rules.begin(), rules.end());
+}
+
 struct OptionRow {
     const char* name;
     void (*set)(Options& options, const std::string& option, const std::string& value);
@@ -83,6 +99,8 @@ constexpr OptionRow kOptions[] = {
     {"--lack-file-type", addWord<&Options::lackedFileTypes>},
     {"--flash", addFlashApplication},
     {"--cores", setWord<&Options::coreCount>},
+    {"--fault", addFault},
+    {"--fault-file", addFaultFile},
 };
 
 const OptionRow& findOption(const std::string& name) {
@@ -110,6 +128,8 @@ Prints "kvtarget listening on ADDRESS:PORT" when it is ready; ends on SIGTERM an
   --lack-file-type NUMBER  a type of additional files that it does not know; may be repeated
   --flash ID[:NAME]        an application in its flash memory; may be repeated
   --cores NUMBER           number of its processor cores (4)
+  --fault CALL:FAULT       what goes wrong on purpose (docs/faults.md), "6@2:hang" for one; may be repeated
+  --fault-file FILE        such faults, one a line
   --help                   shows this
 )";
 

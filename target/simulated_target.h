@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "rpc_server/rpc_server.h"
+#include "target/fault_plan.h"
 
 namespace simulated_target {
 
@@ -28,6 +29,7 @@ struct Options {
     std::map<std::uint32_t, std::string> flashApplications{}; // names by ID
     std::uint32_t coreCount = 4;                              // processor cores, numbered from 1
     bool recordRequests = true;                               // the record grows until it is forgotten
+    std::vector<FaultRule> faults{};                          // what goes wrong on purpose
 };
 
 /// A call that arrived for the application-manager program.
@@ -58,6 +60,14 @@ public:
     void dropConnections() noexcept;
 
     std::uint64_t acceptedConnections() const noexcept;
+
+    /// Closes every connection, forgets everything but the files in its store, and listens again when it was away for
+    /// so long. Nothing when it does not listen. Not to be called by its own connections.
+    void reboot(std::chrono::milliseconds away = std::chrono::milliseconds{0});
+
+    /// Faults beside those of the options; they count calls from now on.
+    void addFault(FaultRule rule);
+    void clearFaults(); // those of the options as well
 
     /// The application-manager requests that arrived, in the order of arrival.
     std::vector<Request> requests() const;

@@ -31,28 +31,75 @@ kvrpc::RpcReply versionMismatch(std::uint32_t offered) {
 
 } // namespace
 
-TargetService::TargetService(const Options& options)
-    : recording_(options.recordRequests), store_(openStore(options.store)),
-      manager_(managerOptions(options), store_ ? &*store_ : nullptr), files_(store_ ? &*store_ : nullptr) {}
+TargetService::TargetService(const Options& options, RebootRequest rebootWanted)
+    : options_(options), rebootWanted_(std::move(rebootWanted)), store_(openStore(options.store)),
+      faults_(options.faults) {
+    forgetEverything();
+}
+
+void TargetService::forgetEverything() {
+    const Store* const store = store_ ? &*store_ : nullptr;
+    manager_.emplace(managerOptions(options_), store);
+    files_.emplace(store);
+}
 
 kvrpc::RpcReply TargetService::handle(const kvrpc::RpcCall& call) {
+    const std::vector<Fault> faults = faults_.due(call);
+    kvrpc::RpcReply reply;
+    if (faults.empty() || faults.front().kind->answer == nullptr) {
+        reply = carryOut(call);
+    } else {
+        record(call);
+        reply = faults.front().kind->answer(call, faults.front().value);
+    }
+    reply.shape = [this, faults, connection = call.connection, program = call.program,
+                   procedure = call.procedure](kvrpc::Delivery& delivery) {
+        spoil(faults, connection, {program, procedure, delivery});
+    };
+    return reply;
+}
+
+kvrpc::RpcReply TargetService::carryOut(const kvrpc::RpcCall& call) {
     switch (call.program) {
     case applman::kApplManProgram:
         return call.version == applman::kApplManVersion ? manage(call) : versionMismatch(applman::kApplManVersion);
     case file_transfer::kProgram:
         if (call.version != file_transfer::kVersion) { return versionMismatch(file_transfer::kVersion); }
-        return call.procedure == kNullProcedure ? kvrpc::RpcReply{} : files_.handle(call);
+        return call.procedure == kNullProcedure ? kvrpc::RpcReply{} : files_->handle(call);
     default:
         return refusedCall(kvrpc::AcceptStatus::programUnavailable);
     }
 }
 
 kvrpc::RpcReply TargetService::manage(const kvrpc::RpcCall& call) {
-    if (const auto prescribed = admit(call)) { return answerLate(*prescribed); }
-    return call.procedure == kNullProcedure ? kvrpc::RpcReply{} : manager_.answer(call.procedure, call.arguments);
+    if (const auto prescribed = admit(call)) {
+        pause(prescribed->delay);
+        return prescribed->reply;
+    }
+    return call.procedure == kNullProcedure ? kvrpc::RpcReply{} : manager_->answer(call.procedure, call.arguments);
 }
 
-void TargetService::connectionClosed(std::uint64_t connection) noexcept { files_.connectionClosed(connection); }
+void TargetService::spoil(const std::vector<Fault>& faults, std::uint64_t connection, Answer answer) {
+    for (const Fault& fault : faults) {
+        if (fault.kind->spoil != nullptr) { fault.kind->spoil(answer, fault.value); }
+    }
+    pause(answer.delay);
+    kvrpc::Bytes& bytes = answer.delivery.bytes;
+    if (answer.overtaken) {
+        faults_.hold(connection, std::exchange(bytes, {}));
+    } else {
+        const kvrpc::Bytes held = faults_.release(connection);
+        bytes.insert(bytes.end(), held.begin(), held.end());
+    }
+    if (answer.reboot && rebootWanted_) {
+        answer.delivery.afterwards = [this, away = *answer.reboot] { rebootWanted_(away); };
+    }
+}
+
+void TargetService::connectionClosed(std::uint64_t connection) noexcept {
+    faults_.release(connection);
+    files_->connectionClosed(connection);
+}
 
 void TargetService::hurry(bool on) noexcept {
     const std::lock_guard lock{mutex_};
@@ -60,10 +107,10 @@ void TargetService::hurry(bool on) noexcept {
     hurried_.notify_all();
 }
 
-kvrpc::RpcReply TargetService::answerLate(const ScriptedReply& scripted) {
+void TargetService::pause(std::chrono::milliseconds time) {
+    if (time.count() == 0) { return; }
     std::unique_lock lock{mutex_};
-    hurried_.wait_for(lock, scripted.delay, [this] { return hurry_; });
-    return scripted.reply;
+    hurried_.wait_for(lock, time, [this] { return hurry_; });
 }
 
 std::vector<Request> TargetService::requests() const {
@@ -76,9 +123,17 @@ void TargetService::forgetRequests() {
     requests_.clear();
 }
 
+void TargetService::record(const kvrpc::RpcCall& call) {
+    if (!options_.recordRequests || call.program != applman::kApplManProgram) { return; }
+    const std::lock_guard lock{mutex_};
+    requests_.push_back({call.procedure, {call.arguments.begin(), call.arguments.end()}});
+}
+
 std::optional<ScriptedReply> TargetService::admit(const kvrpc::RpcCall& call) {
     const std::lock_guard lock{mutex_};
-    if (recording_) { requests_.push_back({call.procedure, {call.arguments.begin(), call.arguments.end()}}); }
+    if (options_.recordRequests) {
+        requests_.push_back({call.procedure, {call.arguments.begin(), call.arguments.end()}});
+    }
     const auto next = scripts_.find(call.procedure);
     if (next != scripts_.end() && !next->second.empty()) {
         ScriptedReply reply = std::move(next->second.front());

@@ -82,20 +82,34 @@ Bytes encodeReply(std::uint32_t xid, const RpcReply& reply) {
     return record;
 }
 
+/// Until the connection is over.
+void readNoMore(const ServedConnection& connection) {
+    while (!connection.dropped && !connection.socket.wait({}, Clock::now() + kSlice).toRead) {}
+}
+
+/// False when the connection is to be closed.
+bool deliver(const ServedConnection& connection, const Delivery& delivery) {
+    const bool written = writeReply(connection, delivery.bytes);
+    if (delivery.afterwards) { delivery.afterwards(); }
+    if (delivery.then == Delivery::Then::readNoMore) { readNoMore(connection); }
+    if (delivery.then == Delivery::Then::reset) { connection.socket.discardAtClose(); }
+    return written && delivery.then == Delivery::Then::readOn;
+}
+
 /// Answers one record. False when the connection is to be closed: what is no call at all closes it, a call that cannot be
 /// accepted is answered.
 bool answer(RpcService& service, const ServedConnection& connection, ByteSpan record) {
     const auto head = parseCall(record);
     if (!head) { return false; }
-    Bytes reply;
     if (head->denial) {
-        reply = deniedReply(head->xid, *head->denial);
-    } else {
-        const RpcReply served = ask(service, connection.id, *head);
-        if (served.closeConnection) { return false; }
-        reply = encodeReply(head->xid, served);
+        Bytes denial = deniedReply(head->xid, *head->denial);
+        return seal(denial) && writeReply(connection, denial);
     }
-    return seal(reply) && writeReply(connection, reply);
+    const RpcReply served = ask(service, connection.id, *head);
+    Delivery delivery{encodeReply(head->xid, served)};
+    if (!seal(delivery.bytes)) { return false; }
+    if (served.shape) { served.shape(delivery); }
+    return deliver(connection, delivery);
 }
 
 /// Ends with the connection.

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <span>
 #include <string>
@@ -19,12 +20,22 @@ struct RpcCall {
     std::span<const std::uint8_t> arguments;
 };
 
+/// How an answer goes out, for servers that misbehave on purpose.
+struct Delivery {
+    enum class Then : std::uint8_t { readOn, readNoMore, close, reset };
+
+    Bytes bytes{};                      // that are sent: at first one fragment, its mark in front
+    Then then = Then::readOn;           // what becomes of the connection
+    std::function<void()> afterwards{}; // called when the bytes have been sent; must not throw
+};
+
 struct RpcReply {
     AcceptStatus status = AcceptStatus::success;
     std::vector<std::uint8_t> results; // sent with success only
     std::uint32_t lowestVersion = 0;   // sent with programMismatch only
     std::uint32_t highestVersion = 0;
-    bool closeConnection = false; // close instead of answering
+    std::function<void(Delivery&)>
+        shape{}; // changes how it goes out; called by the connection's thread, must not throw
 };
 
 class RpcService {

@@ -344,8 +344,10 @@ IoResult Socket::receive(std::span<std::uint8_t> buffer, Deadline deadline) cons
     }
 }
 
+void Socket::discardAtClose() const noexcept { setOption(handleOf(handle_), SOL_SOCKET, SO_LINGER, linger{1, 0}); }
+
 void Socket::abandon() const noexcept {
-    setOption(handleOf(handle_), SOL_SOCKET, SO_LINGER, linger{1, 0});
+    discardAtClose();
     shutdown();
 }
 

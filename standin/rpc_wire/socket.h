@@ -60,7 +60,10 @@ public:
     /// Ends the connection in both directions; the other side sees it at once, waits in this process soon.
     void shutdown() const noexcept;
 
-    /// Like shutdown; what was sent and is not taken yet is given up when the socket is closed.
+    /// Closing gives up what was sent and is not taken yet; the other side sees an error.
+    void discardAtClose() const noexcept;
+
+    /// Shutdown, and discardAtClose.
     void abandon() const noexcept;
     void close() noexcept;
 
