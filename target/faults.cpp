@@ -19,7 +19,7 @@ using kvrpc::RpcReply;
 
 // Where things stand in an accepted answer's one fragment.
 constexpr std::size_t kXidOffset = kvrpc::kMarkSize;
-constexpr std::size_t kStatusOffset = kXidOffset + 16;
+constexpr std::size_t kStatusOffset = kXidOffset + 20;
 constexpr std::size_t kResultsOffset = kStatusOffset + 4;
 
 std::uint32_t wordAt(const Bytes& bytes, std::size_t offset) {

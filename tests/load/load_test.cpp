@@ -1,21 +1,16 @@
 // Loading and unloading the shared library: what it registers goes with it, and nothing is left behind.
-#include <algorithm>
 #include <memory>
 
 #include <gtest/gtest.h>
 
 #include "KvApplicationManagerAP.h"
+#include "support/open_handles.h"
 #include "support/pool.h"
 
 #if defined(_WIN32)
 #include <windows.h>
-
-#include <tlhelp32.h>
-#include <winternl.h>
 #else
 #include <dlfcn.h>
-#include <filesystem>
-#include <iterator>
 #endif
 
 namespace {
@@ -30,35 +25,6 @@ struct Unloader {
 };
 std::unique_ptr<HMODULE, Unloader> load() { return std::unique_ptr<HMODULE, Unloader>{LoadLibraryA(LIBRARY)}; }
 void* find(HMODULE library, const char* name) { return reinterpret_cast<void*>(GetProcAddress(library, name)); }
-
-std::size_t openHandles() {
-    struct Handle {
-        ULONG process;
-        UCHAR type, flags;
-        USHORT value;
-        void* object;
-        ULONG access;
-    };
-    constexpr auto kHandleInformation = static_cast<SYSTEM_INFORMATION_CLASS>(16);
-    std::vector<std::uint64_t> buffer(1 << 18);
-    EXPECT_EQ(NtQuerySystemInformation(kHandleInformation, buffer.data(), 8U << 18, nullptr), 0);
-    const auto* const handles = reinterpret_cast<const Handle*>(&buffer[1]);
-    return static_cast<std::size_t>(
-        std::count_if(handles, handles + static_cast<ULONG>(buffer[0]),
-                      [](const Handle& handle) { return handle.process == GetCurrentProcessId(); }));
-}
-
-std::size_t threads() {
-    const HANDLE all = CreateToolhelp32Snapshot(TH32CS_SNAPTHREAD, 0);
-    THREADENTRY32 thread{};
-    thread.dwSize = sizeof thread;
-    std::size_t count = 0;
-    for (BOOL more = Thread32First(all, &thread); more != 0; more = Thread32Next(all, &thread)) {
-        count += thread.th32OwnerProcessID == GetCurrentProcessId() ? 1U : 0U;
-    }
-    CloseHandle(all);
-    return count;
-}
 
 TEST(Library, TellsItsVersion) {
     const auto library = load();
@@ -77,12 +43,6 @@ struct Unloader {
 };
 std::unique_ptr<void, Unloader> load() { return std::unique_ptr<void, Unloader>{dlopen(LIBRARY, RTLD_NOW)}; }
 void* find(void* library, const char* name) { return dlsym(library, name); }
-
-std::size_t entries(const char* folder) {
-    return static_cast<std::size_t>(std::distance(std::filesystem::directory_iterator{folder}, {}));
-}
-std::size_t openHandles() { return entries("/proc/self/fd"); }
-std::size_t threads() { return entries("/proc/self/task"); }
 
 #endif
 

@@ -1,0 +1,57 @@
+#include "support/open_handles.h"
+
+#if defined(_WIN32)
+#include <algorithm>
+#include <cstdint>
+#include <vector>
+
+#include <windows.h>
+
+#include <tlhelp32.h>
+#include <winternl.h>
+
+std::size_t openHandles() {
+    struct Handle {
+        ULONG process;
+        UCHAR type, flags;
+        USHORT value;
+        void* object;
+        ULONG access;
+    };
+    constexpr auto kHandleInformation = static_cast<SYSTEM_INFORMATION_CLASS>(16);
+    std::vector<std::uint64_t> buffer(1 << 18);
+    if (NtQuerySystemInformation(kHandleInformation, buffer.data(), 8U << 18, nullptr) != 0) { return 0; }
+    const auto* const handles = reinterpret_cast<const Handle*>(&buffer[1]);
+    return static_cast<std::size_t>(
+        std::count_if(handles, handles + static_cast<ULONG>(buffer[0]),
+                      [](const Handle& handle) { return handle.process == GetCurrentProcessId(); }));
+}
+
+std::size_t threads() {
+    const HANDLE all = CreateToolhelp32Snapshot(TH32CS_SNAPTHREAD, 0);
+    THREADENTRY32 thread{};
+    thread.dwSize = sizeof thread;
+    std::size_t count = 0;
+    for (BOOL more = Thread32First(all, &thread); more != 0; more = Thread32Next(all, &thread)) {
+        count += thread.th32OwnerProcessID == GetCurrentProcessId() ? 1U : 0U;
+    }
+    CloseHandle(all);
+    return count;
+}
+
+#else
+#include <filesystem>
+#include <iterator>
+
+namespace {
+
+std::size_t entries(const char* folder) {
+    return static_cast<std::size_t>(std::distance(std::filesystem::directory_iterator{folder}, {}));
+}
+
+} // namespace
+
+std::size_t openHandles() { return entries("/proc/self/fd"); }
+std::size_t threads() { return entries("/proc/self/task"); }
+
+#endif
