@@ -35,8 +35,7 @@ enum class Code : std::uint32_t {
 };
 
 /// An entry with what its code takes as arguments.
-inline KvErrorListEntry message(Code code,
-                                std::initializer_list<std::variant<std::string, std::uint32_t, std::int32_t>> arguments,
+inline KvErrorListEntry message(Code code, std::initializer_list<KvErrorListArgument> arguments,
                                 std::uint32_t line = __builtin_LINE()) {
     constexpr const char* kConversions[] = {"%s", "%u", "%d"};
     KvErrorListEntry entry{static_cast<std::uint32_t>(code), line, "applicationManager", {}, arguments};

@@ -9,12 +9,16 @@
 
 #include "platform/error_lists.h"
 
+/// Of %s, %u or %x, %d. A text is never absent; that it could be makes copies safe for which there is no memory: of a
+/// variant with a plain std::string, GCC 12's library would destroy what was never made.
+using KvErrorListArgument = std::variant<std::optional<std::string>, std::uint32_t, std::int32_t>;
+
 struct KvErrorListEntry {
     std::uint32_t code{};
     std::uint32_t line{};
     std::string operation{};
-    std::optional<std::string> signature{};                                          // none when there are no arguments
-    std::vector<std::variant<std::string, std::uint32_t, std::int32_t>> arguments{}; // %s, %u or %x, %d
+    std::optional<std::string> signature{}; // none when there are no arguments
+    std::vector<KvErrorListArgument> arguments{};
 };
 
 struct KvErrorListAccess {

@@ -7,7 +7,7 @@
 namespace error_list_codec {
 namespace {
 
-bool xdr_argument(Xdr& x, std::string& text) { return xdr_string(x, text); }
+bool xdr_argument(Xdr& x, std::optional<std::string>& text) { return xdr_string(x, text); }
 bool xdr_argument(Xdr& x, std::uint32_t& number) { return xdr_u_int(x, number); }
 bool xdr_argument(Xdr& x, std::int32_t& number) { return xdr_int(x, number); }
 
@@ -63,8 +63,8 @@ std::size_t footprint(const KvErrorListEntry& entry) noexcept {
     std::size_t bytes = sizeof entry + entry.operation.size() + (entry.signature ? entry.signature->size() : 0) +
                         entry.arguments.size() * sizeof entry.arguments[0];
     for (const auto& argument : entry.arguments) {
-        const auto* const text = std::get_if<std::string>(&argument);
-        bytes += text == nullptr ? 0 : text->size();
+        const auto* const text = std::get_if<std::optional<std::string>>(&argument);
+        bytes += text == nullptr || !*text ? 0 : (*text)->size();
     }
     return bytes;
 }

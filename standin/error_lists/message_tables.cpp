@@ -109,7 +109,7 @@ std::string render(const KvErrorListEntry& entry) {
 
 std::string argumentText(const KvErrorListEntry& entry, std::size_t index) {
     const auto& argument = entry.arguments[index];
-    if (const auto* const text = std::get_if<std::string>(&argument)) { return *text; }
+    if (const auto* const text = std::get_if<std::optional<std::string>>(&argument)) { return text->value_or(""); }
     if (const auto* const number = std::get_if<std::int32_t>(&argument)) { return digits(*number, 10); }
     return digits(std::get<std::uint32_t>(argument), (*entry.signature)[2 * index + 1] == 'x' ? 16 : 10);
 }
