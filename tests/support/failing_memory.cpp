@@ -1,39 +1,59 @@
 #include "support/failing_memory.h"
 
 #include <cstdlib>
+#include <limits>
 #include <new>
 
 namespace {
 
-thread_local bool limited = false;
+constexpr std::size_t kUnlimited = std::numeric_limits<std::size_t>::max();
+
 thread_local bool failed = false;
-thread_local std::size_t left = 0;
+thread_local bool failsOnce = false;
+thread_local std::size_t left = kUnlimited;
+thread_local MemoryUse use;
+
+bool mayAllocate() noexcept {
+    if (left == kUnlimited) { return true; }
+    if (left > 0) {
+        --left;
+        return true;
+    }
+    failed = true;
+    if (failsOnce) { left = kUnlimited; }
+    return false;
+}
 
 } // namespace
 
-FailingMemory::FailingMemory(std::size_t allowed) noexcept {
+FailingMemory::FailingMemory(std::size_t allowed, Fails fails) noexcept {
     left = allowed;
     failed = false;
-    limited = true;
+    failsOnce = fails == Fails::once;
 }
 
-FailingMemory::~FailingMemory() { limited = false; }
+FailingMemory::~FailingMemory() { left = kUnlimited; }
 
 bool FailingMemory::hasFailed() const noexcept { return failed; }
 
+MemoryUse memoryUse() noexcept { return use; }
+
 void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
-    if (limited && left == 0) {
-        failed = true;
-        return nullptr;
+    void* const memory = mayAllocate() ? std::malloc(size == 0 ? 1 : size) : nullptr;
+    if (memory != nullptr) {
+        ++use.blocks;
+        use.bytes += size;
     }
-    if (limited) { --left; }
-    return std::malloc(size == 0 ? 1 : size);
+    return memory;
 }
 void* operator new(std::size_t size) {
     if (void* const memory = operator new(size, std::nothrow)) { return memory; }
     throw std::bad_alloc{};
 }
 
-void operator delete(void* memory) noexcept { std::free(memory); }
-void operator delete(void* memory, std::size_t) noexcept { std::free(memory); }
-void operator delete(void* memory, const std::nothrow_t&) noexcept { std::free(memory); }
+void operator delete(void* memory) noexcept {
+    if (memory != nullptr) { --use.blocks; }
+    std::free(memory);
+}
+void operator delete(void* memory, std::size_t) noexcept { operator delete(memory); }
+void operator delete(void* memory, const std::nothrow_t&) noexcept { operator delete(memory); }

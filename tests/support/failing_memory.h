@@ -1,12 +1,13 @@
-// Lets allocations of the calling thread fail. A program that links this has its own operator new.
+// Lets allocations of the calling thread fail, and counts them. A program that links this has its own operator new.
 #pragma once
 
 #include <cstddef>
 
-/// While it lives, the first `allowed` allocations of this thread succeed and all later ones fail.
+/// While it lives, the first `allowed` allocations of this thread succeed; the next one fails, or it and all later ones.
 class FailingMemory {
 public:
-    explicit FailingMemory(std::size_t allowed) noexcept;
+    enum class Fails { once, fromThenOn };
+    explicit FailingMemory(std::size_t allowed, Fails fails = Fails::fromThenOn) noexcept;
     ~FailingMemory();
     FailingMemory(const FailingMemory&) = delete;
     FailingMemory& operator=(const FailingMemory&) = delete;
@@ -14,3 +15,10 @@ public:
     /// Whether an allocation has failed.
     bool hasFailed() const noexcept;
 };
+
+/// What the calling thread has done so far.
+struct MemoryUse {
+    std::ptrdiff_t blocks = 0; // taken and not given back
+    std::size_t bytes = 0;     // taken, whether given back or not
+};
+MemoryUse memoryUse() noexcept;
