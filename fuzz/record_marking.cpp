@@ -10,8 +10,8 @@ using namespace kvrpc;
 using Outcome = RecordReader::Outcome;
 using Reading = std::pair<std::vector<Bytes>, Outcome>; // records and what came then
 
-static constexpr std::size_t kLimit = 1024;   // bytes of a record, so that it is reached
-static constexpr std::size_t kLongest = 4096; // bytes of input: fewer than it takes to send too many empty fragments
+static constexpr std::size_t kLimit = 256;    // bytes of a record, so that it is reached
+static constexpr std::size_t kLongest = 1024; // bytes of input: too few to send too many empty fragments
 
 static Input unread;          // what the socket's other side has sent
 static std::size_t slice = 1; // bytes that arrive at once
@@ -42,7 +42,7 @@ static Reading readPlainly(Input bytes) {
 }
 
 void record_marking(Input input) {
-    if (input.size() > kLongest) { return; }
+    input = input.first(std::min(input.size(), kLongest));
     slice = std::size_t{takeByte(input)} + 1;
     unread = input;
     static std::optional<RecordReader> reader; // large
