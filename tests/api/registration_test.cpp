@@ -88,9 +88,6 @@ TEST_F(Registration, MissingArgumentsComeBeforeTheHandles) {
 TEST_F(Registration, TheDeviceMustBeThatOfTheSlot) {
     t.target.script(kGetParam, wire::value(std::uint32_t{8}));
     EXPECT_EQ(registerNo(1), (Outcome{-110, {self("0x1250004b(1,4711,8)")}}));
-    t.target.script(kGetParam, wire::failedCall());
-    EXPECT_EQ(registerNo(1),
-              (Outcome{-110, {"KvApplMan_getApplInfo 0x1250000a(KvApplMan_getApplInfo)", self("0x1250004a(1,-185)")}}));
     EXPECT_EQ(group.lastApplNo, 0U);
 }
 
@@ -119,37 +116,11 @@ TEST_F(Registration, TheTimeIsSentAsUtcWithTheOffsetOfTheHostsZoneOrElseAsLocalT
     EXPECT_NEAR(secondsFrom(time, "%Y%m%d%H%M.%S").value_or(0), now - 2.5 * 3600, 60.0) << time;
 }
 
-TEST_F(Registration, WhateverElseBecomesOfTheTimeIsShownAndGoesOn) {
-    t.target.script(kSetParam, wire::failedCall());
-    EXPECT_EQ(registerNo(1), (Outcome{0, {"KvApplMan_setApplParameter 0x1250000a(KvApplMan_setApplParameter)"}}));
-    EXPECT_EQ(t.target.hostTime(), "");
-}
-
-TEST_F(Registration, ARefusedOrFailedRequestRegistersNothing) {
-    t.target.script(kRegisterAppl, wire::notOffered());
-    EXPECT_EQ(
-        registerNo(1),
-        (Outcome{-185, {self("0x12500034(3,1)"), self("0x1250000a(KvApplMan_registerAppl_2)"), self("0x12500000")}}));
-    t.target.script(kRegisterAppl, wire::reply(TApplManRegisterResult{-1, 3, {}, {}, wire::errorList({0x14a00900})}));
-    EXPECT_EQ(registerNo(1), (Outcome{-110, {"target 0x14a00900", self("0x12500000")}}));
-    t.target.script(kRegisterAppl, wire::failedCall());
-    EXPECT_EQ(registerNo(1), (Outcome{-110, {self("0x12500000")}}));
-    EXPECT_EQ((Words{applId, group.lastApplNo}), (Words{0, 0}));
-}
-
 TEST_F(Registration, AProcessStaysRegisteredWhenItsGroupDataAreNotTaken) {
-    const std::pair<simulated_target::ScriptedReply, Outcome> rows[] = {
-        {wire::result(-1, {0x14a00900}), {-176, {"target 0x14a00900", data("0x1250004c(99,29)")}}},
-        {wire::result(5), {-176, {data("0x1250004c(99,29)")}}}, // any value but 0
-        {wire::failedCall(), {-185, {data("0x1250000a(KvApplMan_setMpParameters)")}}},
-    };
-    for (const auto& [reply, expected] : rows) {
-        t.target.script(kSetParam, wire::result(0)); // the time
-        t.target.script(kSetParam, reply);
-        EXPECT_EQ(registerAnew(), expected);
-        EXPECT_EQ((Words{applId, group.lastApplNo}), (Words{0x99, 1}));
-        EXPECT_EQ(procedures().size(), 4U) << "the addresses are not sent any more";
-    }
+    t.target.script(kSetParam, wire::result(0)); // the time
+    t.target.script(kSetParam, wire::result(5));
+    EXPECT_EQ(registerAnew(), (Outcome{-176, {data("0x1250004c(99,29)")}})) << "any value but 0 is a refusal";
+    EXPECT_EQ(procedures().size(), 4U) << "the addresses are not sent any more";
     t.target.script(kSetParam, wire::result(0, {0x14a00900}));
     t.target.script(kSetParam, wire::result(-1, {0x14a00804}));
     EXPECT_EQ(registerAnew(), (Outcome{0, {}})) << "data that a target does not know are tolerated";

@@ -33,7 +33,7 @@ const FaultRow kFaults[] = {
     {"twice", Looks::good},
     {"trailing", Looks::good},
     {"corrupt-list", Looks::good},
-    {"refuse", Looks::refused},
+    {"refuse=0x14a00803", Looks::refused}, // the code of an unknown process
     {"lack-parameter", Looks::lacked},
     {"lack-procedure", Looks::notOffered},
     {"accept-status=3", Looks::notOffered},
@@ -80,6 +80,18 @@ std::ostream& operator<<(std::ostream& stream, const Expected& expected) {
 }
 
 constexpr std::chrono::milliseconds kShortCall{100};
+constexpr std::chrono::milliseconds kAllowance{100}; // for each request
+constexpr std::size_t kTransferRequests = 3;
+
+class Reboot : public ApiTest {
+protected:
+    bool answers() const {
+        Pool own;
+        std::uint32_t count = 4;
+        Words cores(4);
+        return KvApplMan_getAvailableCoreIDs(own, t.device, t.access, 0, &count, cores.data()) == 0 && count == 4;
+    }
+};
 
 struct RequestRow;
 
@@ -230,7 +242,7 @@ struct RequestRow {
     std::optional<Expected> refused{}; // none: like a failed call
     std::optional<Expected> lacked{};
     std::optional<Expected> notOffered{};
-    bool refusalIsDropped = false; // with the target's message
+    bool dropsRefusal = false; // with the target's message
 };
 
 Messages join(Messages first, const Messages& second) {
@@ -361,7 +373,7 @@ std::vector<RequestRow> requestRows() {
     // The host's time may be refused, and is sent in another way then; what else becomes of it is only reported.
     rows.push_back(
         {"2@1", &F::registerAppl, {0, remote("KvApplMan_setApplParameter").messages, {1, 1}}, registered, registered});
-    rows.back().refusalIsDropped = true;
+    rows.back().dropsRefusal = true;
     for (const auto& [call, parameter] : {std::pair{"2@2", "29"}, std::pair{"2@3", "30"}}) {
         rows.push_back(
             {call, &F::registerAppl, remote("KvApplMan_setMpParameters", {}, {1, 1}),
@@ -375,6 +387,9 @@ std::vector<RequestRow> requestRows() {
     addCommand(rows, "7", &F::command<KvApplMan_stopAppl>, "KvApplMan_stopTerminateAppl", -160, "0x12500005");
     addCommand(rows, "29", &F::command<KvApplMan_terminateAppl>, "KvApplMan_stopTerminateAppl", -161, "0x12500060");
     addCommand(rows, "5", &F::command<KvApplMan_unloadAppl>, "KvApplMan_unloadAppl", -170, "0x12500006");
+    rows.back().lacked = Expected{-170, {"applicationManager 0x14a00804(0,0)", "waitWhileBusy 0x12500006"}};
+    rows.back().refused = Expected{}; // a process that is unknown has been unloaded
+    rows.back().dropsRefusal = true;
     addCommand(rows, "27", &F::flashCommand<KvApplMan_loadFlashAppl>, "KvApplMan_loadFlashAppl", -852, "0x1250003f");
     addSummarizedCommand(rows, "22", &F::command<KvApplMan_pauseAppl>, "KvApplMan_pauseAppl", -165,
                          " 0x12500038({id})");
@@ -415,8 +430,8 @@ Expected expectedOf(const RequestRow& row, const FaultRow& fault, const Expected
     const bool lacked = fault.looks == Looks::lacked;
     if (lacked && row.lacked) { return *row.lacked; }
     Expected refused = row.refused.value_or(row.failed);
-    if (ofApplicationManager(row) && !row.refusalIsDropped) {
-        const char* const message = lacked ? "applicationManager 0x14a00804(0,0)" : "applicationManager 0x14a00801";
+    if (ofApplicationManager(row) && !row.dropsRefusal) {
+        const char* const message = lacked ? "applicationManager 0x14a00804(0,0)" : "applicationManager 0x14a00803";
         refused.messages.insert(refused.messages.begin(), message);
     }
     return refused;
@@ -494,7 +509,11 @@ TEST_P(FaultMatrix, EveryRequestOfEveryFunction) {
         EXPECT_EQ(faultless, (Expected{0, {}, faultless.out}));
         const std::size_t sentAgain = requestsSentAgain();
         renewGroup();
+        const auto start = std::chrono::steady_clock::now();
         const Expected got = run(row, fault.fault, fault.looks);
+        const auto time = std::chrono::steady_clock::now() - start;
+        const int timeouts = fault.looks != Looks::silent ? 0 : got.status == -110 ? 2 : 1; // a registration goes on
+        EXPECT_LE(time, timeouts * kShortCall + (t.target.requests().size() + kTransferRequests) * kAllowance);
         EXPECT_EQ(got, filledIn(expectedOf(row, fault, faultless, got)));
         EXPECT_LE(requestsSentAgain(), sentAgain) << "a call that was sent is never sent again";
         recover();
@@ -504,6 +523,28 @@ TEST_P(FaultMatrix, EveryRequestOfEveryFunction) {
         ASSERT_LE(openHandles(), handles);
         handles = openHandles();
     }
+}
+
+TEST_F(Reboot, CostsEachThreadAtMostOneCallOnceTheTargetListensAgain) {
+    for (int round = 0; round < 5; ++round) {
+        t.target.reboot();
+        const auto start = std::chrono::steady_clock::now();
+        std::vector<std::future<int>> threads;
+        for (int i = 0; i < 16; ++i) {
+            threads.push_back(std::async(std::launch::async, [this] {
+                int failures = 0;
+                while (!answers()) {
+                    ++failures;
+                }
+                return failures;
+            }));
+        }
+        for (auto& thread : threads) {
+            EXPECT_LE(thread.get(), 1);
+        }
+        EXPECT_LE(std::chrono::steady_clock::now() - start, std::chrono::milliseconds{250});
+    }
+    EXPECT_LE(t.target.acceptedConnections(), 5U);
 }
 
 INSTANTIATE_TEST_SUITE_P(Faults, FaultMatrix, testing::ValuesIn(kFaults), [](const auto& instance) {
