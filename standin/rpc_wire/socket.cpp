@@ -5,6 +5,8 @@
 #include <system_error>
 
 #ifdef _WIN32
+#include <mutex>
+
 #include <winsock2.h>
 
 #include <ws2tcpip.h>
@@ -42,12 +44,18 @@ int poll(PollEntry* entries, unsigned long count, int milliseconds) noexcept {
 }
 void closeHandle(Handle handle) noexcept { closesocket(handle); }
 
-/// Counts a use of the system's sockets; the system keeps the count.
+// The system keeps the count of uses, but the end of the last one may take sockets along that a new one has just opened.
+std::mutex counting;
+
 bool beginUse() noexcept {
+    const std::lock_guard lock{counting};
     WSADATA data;
     return WSAStartup(MAKEWORD(2, 2), &data) == 0;
 }
-void endUse() noexcept { WSACleanup(); }
+void endUse() noexcept {
+    const std::lock_guard lock{counting};
+    WSACleanup();
+}
 
 Handle openHandle() noexcept {
     return WSASocketW(AF_INET, SOCK_STREAM, IPPROTO_TCP, nullptr, 0, WSA_FLAG_OVERLAPPED | WSA_FLAG_NO_HANDLE_INHERIT);

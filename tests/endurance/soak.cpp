@@ -1,0 +1,211 @@
+// 16 threads work with four targets that restart every other second and spoil every hundredth reply. Whatever comes back has
+// to be the caller's own: each thread asks for names that only one device has under one number.
+// Usage: soak, for as many seconds as the environment's SOAK_SECONDS says (10 without).
+#include <array>
+#include <atomic>
+#include <cstdlib>
+#include <fstream>
+#include <future>
+#include <map>
+#include <random>
+#include <thread>
+
+#include <gtest/gtest.h>
+
+#include "api/KvApplicationManagerAP.h"
+#include "rpc_client/rpc_limits.h"
+#include "support/one_target.h"
+#include "support/open_handles.h"
+
+namespace {
+
+using namespace std::chrono_literals;
+using Clock = std::chrono::steady_clock;
+
+constexpr std::uint32_t kDevices = 4;
+constexpr std::uint32_t kThreads = 16;
+constexpr std::uint32_t kNames = 50;
+constexpr auto kCallTimeout = 300ms;
+constexpr auto kBetweenRestarts = 500ms; // of one device or another
+
+/// Each in turn spoils every hundredth reply of a device, from one restart to the next.
+constexpr std::array kFaults{"close",          "reset",        "cut=6",      "hang",      "split",      "twice",
+                             "overtaken",      "wrong-xid",    "refuse",     "text=9999", "array=9999", "tag",
+                             "corrupt-list",   "delay=30",     "stale-xid",  "fragment",  "trailing",   "delay=310",
+                             "lack-procedure", "stop-reading", "bytes=70000"};
+
+std::string nameOf(std::uint32_t device, std::uint32_t number) {
+    return "device " + std::to_string(device) + " application " + std::to_string(number);
+}
+
+simulated_target::Options optionsOf(std::uint32_t device) {
+    simulated_target::Options options;
+    options.recordRequests = false;
+    options.cnSerialNumber = device + 1;
+    for (std::uint32_t number = 1; number <= kNames; ++number) {
+        options.flashApplications[number] = nameOf(device, number);
+    }
+    return options;
+}
+
+class Worker {
+public:
+    Worker(const TargetDevice& target, std::uint32_t device, std::uint32_t seed, std::string file)
+        : t_(target), device_(device), random_(seed), file_(std::move(file)) {}
+
+    void work() {
+        askNames(20);
+        Group group{*this};
+        if (group.handle == nullptr) { return; }
+        std::uint32_t applId = 0;
+        if (!did(KvApplMan_registerAppl_2(pool_, t_.device, t_.access, group.handle, 1, &applId))) { return; }
+        const char* const path = file_.c_str();
+        did(KvApplMan_downloadApplUtf8(pool_, &t_.device, &t_.access, &applId, &path, 0, 1, nullptr, nullptr, nullptr));
+        did(KvApplMan_startAppl(pool_, t_.device, t_.access, applId));
+        did(KvApplMan_loadFileUtf8(pool_, t_.device, t_.access, applId, path, "", "x", 1, 0, nullptr, nullptr,
+                                   nullptr));
+        askNames(5);
+        list();
+        did(KvApplMan_terminateAppl(pool_, t_.device, t_.access, applId));
+        did(KvApplMan_unloadAppl(pool_, t_.device, t_.access, applId));
+    }
+
+    /// With a target that works: everything does.
+    void workWell() {
+        failed_ = 0;
+        work();
+        EXPECT_EQ(failed_, 0U) << "device " << device_;
+    }
+
+    std::uint64_t done() const { return done_; }
+    std::uint64_t failed() const { return failed_; }
+
+private:
+    struct Group {
+        explicit Group(Worker& of) : worker(of) {
+            auto* device = worker.t_.device;
+            auto* access = worker.t_.access;
+            worker.did(KvApplMan_createApplGroupHandle_2(worker.pool_, &device, &access, 1, &handle));
+        }
+        ~Group() {
+            if (handle != nullptr) { EXPECT_EQ(KvApplMan_deleteApplGroupHandle(worker.pool_, handle), 0); }
+        }
+        Group(const Group&) = delete;
+        Group& operator=(const Group&) = delete;
+        Worker& worker;
+        KvSApplGroupHandle* handle = nullptr;
+    };
+
+    bool did(std::int32_t status) {
+        EXPECT_LE(status, 0);
+        const bool spoken = pool_->getErrorCount() > 0;
+        EXPECT_TRUE(status == 0 || spoken) << status;
+        pool_->reset();
+        ++(status == 0 ? done_ : failed_);
+        return status == 0;
+    }
+
+    void askNames(int times) {
+        for (int i = 0; i < times; ++i) {
+            const auto number = static_cast<std::uint32_t>(1 + random_() % kNames);
+            std::array<char, 64> name{};
+            std::int32_t size = name.size();
+            if (did(KvApplMan_getFlashApplInfo(pool_, t_.device, t_.access, number, 2, name.data(), &size))) {
+                EXPECT_EQ(name.data(), nameOf(device_, number));
+            }
+        }
+    }
+
+    void list() {
+        std::uint32_t count = kNames;
+        std::array<std::uint32_t, kNames> numbers{};
+        did(KvApplMan_getFlashApplications(pool_, t_.device, t_.access, 0, &count, numbers.data()));
+        for (std::uint32_t i = 0; i < count && i < kNames; ++i) {
+            EXPECT_LE(numbers[i], kNames);
+        }
+        KvTApplicationInfo* infos = nullptr;
+        std::uint32_t infoCount = 0;
+        did(KvApplMan_getApplInfoList(pool_, t_.device, t_.access, &infos, &infoCount, nullptr));
+        KvApplMan_freeApplInfoList(&infos, &infoCount);
+    }
+
+    const TargetDevice& t_;
+    const std::uint32_t device_;
+    std::mt19937 random_;
+    const std::string file_;
+    Pool pool_{};
+    std::uint64_t done_ = 0;
+    std::uint64_t failed_ = 0;
+};
+
+std::chrono::seconds soakTime() {
+    const char* const seconds = std::getenv("SOAK_SECONDS");
+    return std::chrono::seconds{seconds == nullptr ? 10 : std::atoi(seconds)};
+}
+
+TEST(Soak, EveryAnswerIsItsCallersOwn) {
+    kvrpc::limits::callOverride = kCallTimeout;
+    TemporaryFolder folder;
+    const std::string file = (folder.path() / "appl.bin").string();
+    std::ofstream{file, std::ios::binary} << std::string(100'000, 'a');
+
+    std::array<TargetDevice, kDevices> devices{TargetDevice{optionsOf(0)}, TargetDevice{optionsOf(1)},
+                                               TargetDevice{optionsOf(2)}, TargetDevice{optionsOf(3)}};
+    std::vector<std::unique_ptr<Worker>> workers;
+    for (std::uint32_t i = 0; i < kThreads; ++i) {
+        workers.push_back(std::make_unique<Worker>(devices[i % kDevices], i % kDevices, i, file));
+    }
+    for (const auto& worker : workers) {
+        worker->workWell();
+    }
+    const std::size_t handles = openHandles();
+
+    std::atomic<bool> over{false};
+    std::vector<std::future<void>> threads;
+    for (const auto& worker : workers) {
+        threads.push_back(std::async(std::launch::async, [&worker, &over] {
+            while (!over) {
+                worker->work();
+            }
+        }));
+    }
+    const auto end = Clock::now() + soakTime();
+    std::uint32_t restarts = 0;
+    for (; Clock::now() < end; ++restarts) {
+        simulated_target::SimulatedTarget& target = devices[restarts % kDevices].target;
+        target.clearFaults();
+        const std::size_t fault = restarts / kDevices + restarts % kDevices * 5; // not the same one everywhere
+        target.addFault(simulated_target::parseFault(std::string{"any@%100:"} + kFaults[fault % kFaults.size()]));
+        target.reboot(20ms);
+        std::this_thread::sleep_for(kBetweenRestarts);
+    }
+    for (TargetDevice& device : devices) {
+        device.target.clearFaults();
+        device.target.reboot();
+    }
+    over = true;
+    for (auto& thread : threads) {
+        thread.get();
+    }
+
+    std::uint64_t done = 0;
+    std::uint64_t failed = 0;
+    for (const auto& worker : workers) {
+        done += worker->done();
+        failed += worker->failed();
+    }
+    std::printf("%u restarts, %llu calls that succeeded, %llu that failed\n", restarts,
+                static_cast<unsigned long long>(done), static_cast<unsigned long long>(failed));
+    EXPECT_GT(done, failed);
+    EXPECT_GT(failed, restarts); // it was no walk in the park
+    for (const auto& worker : workers) {
+        worker->work(); // whoever has not called since the last restart finds its connection closed
+        worker->workWell();
+    }
+    for (int i = 0; i < 1000 && openHandles() > handles; ++i) { // the targets close their side later
+        std::this_thread::sleep_for(2ms);
+    }
+    EXPECT_LE(openHandles(), handles);
+}
+
+} // namespace
