@@ -18,6 +18,16 @@ namespace {
 /// What a call with a fault looks like to its caller.
 enum class Looks : std::uint8_t { good, refused, lacked, notOffered, failed, silent };
 
+#if defined(_WIN32)
+constexpr std::chrono::milliseconds kShortCall{200}; // since a call that works takes longer there
+constexpr const char* kLateReply = "delay=250";
+constexpr std::size_t kThreadsReserve = 16; // handles that the thread library keeps of threads that ended, for new ones
+#else
+constexpr std::chrono::milliseconds kShortCall{100};
+constexpr const char* kLateReply = "delay=150";
+constexpr std::size_t kThreadsReserve = 0;
+#endif
+
 struct FaultRow {
     const char* fault;
     Looks looks;
@@ -63,7 +73,7 @@ const FaultRow kFaults[] = {
     {"wrong-xid", Looks::silent},
     {"stale-xid", Looks::silent},
     {"overtaken", Looks::silent},
-    {"delay=250", Looks::silent},
+    {kLateReply, Looks::silent},
     {"hang,reboot", Looks::silent},
 };
 
@@ -81,13 +91,6 @@ std::ostream& operator<<(std::ostream& stream, const Expected& expected) {
 
 constexpr std::chrono::milliseconds kAllowance{100}; // for each request
 constexpr std::size_t kTransferRequests = 3;
-#if defined(_WIN32)
-constexpr std::chrono::milliseconds kShortCall{200}; // since a call that works takes longer there
-constexpr std::size_t kThreadsReserve = 16; // handles that the thread library keeps of threads that ended, for new ones
-#else
-constexpr std::chrono::milliseconds kShortCall{100};
-constexpr std::size_t kThreadsReserve = 0;
-#endif
 
 class Reboot : public ApiTest {
 protected:
