@@ -1,4 +1,5 @@
 // Signals, descriptors and cancelled threads of the host.
+#include <atomic>
 #include <chrono>
 #include <csignal>
 #include <filesystem>
@@ -50,7 +51,7 @@ class Alarms {
 public:
     Alarms() {
         struct sigaction action {};
-        action.sa_handler = [](int) { count = count + 1; };
+        action.sa_handler = [](int) { ++count; };
         EXPECT_EQ(sigaction(SIGALRM, &action, &previous_), 0);
         set(1000);
     }
@@ -61,7 +62,7 @@ public:
     Alarms(const Alarms&) = delete;
     Alarms& operator=(const Alarms&) = delete;
 
-    static inline volatile std::sig_atomic_t count = 0;
+    static inline std::atomic<int> count{0}; // a signal comes to any thread
 
 private:
     static void set(suseconds_t microseconds) {
@@ -90,7 +91,7 @@ TEST_F(HostProcess, SignalsNeitherEndACallNorProlongItsTimeout) {
 }
 
 TEST_F(HostProcess, AConnectionThatThePeerHasResetRaisesNoSignal) {
-    static volatile std::sig_atomic_t raised = 0;
+    static std::atomic<int> raised{0};
     const auto previous = std::signal(SIGPIPE, [](int) { raised = 1; });
     for (int i = 0; i < 50; ++i) {
         spoil("11@1:reset");
