@@ -6,7 +6,6 @@
 #include <cstdlib>
 #include <fstream>
 #include <future>
-#include <map>
 #include <random>
 #include <thread>
 
