@@ -77,6 +77,8 @@ struct Row {
     bool anyLarger = true;  // is taken as well
 };
 
+void PrintTo(const Row& row, std::ostream* stream) { *stream << row.name; }
+
 std::int32_t* signedSize(Given& g) { return reinterpret_cast<std::int32_t*>(&g.size); }
 std::uint32_t* words(Given& g) { return reinterpret_cast<std::uint32_t*>(g.buffer); }
 
