@@ -115,12 +115,12 @@ struct Row {
     Statuses failures;           // that a lack of memory may come to
     std::uint32_t procedure = 0; // that gets this reply
     simulated_target::ScriptedReply reply{};
-
-void PrintTo(const Row& row, std::ostream* stream) { *stream << row.name; }
     std::int32_t status = 0; // with memory enough
     Lack lack = Lack::fails;
     std::int32_t (*prepare)(Call& call) = nullptr;
 };
+
+void PrintTo(const Row& row, std::ostream* stream) { *stream << row.name; }
 
 // clang-format off
 const Row kRows[] = {
