@@ -171,11 +171,14 @@ TEST(Soak, EveryAnswerIsItsCallersOwn) {
     const auto end = Clock::now() + soakTime();
     std::uint32_t restarts = 0;
     for (; Clock::now() < end; ++restarts) {
-        simulated_target::SimulatedTarget& target = devices[restarts % kDevices].target;
-        target.clearFaults();
+        TargetDevice& device = devices[restarts % kDevices];
+        std::error_code filesInUse;                                               // they go at the next restart
+        std::filesystem::remove_all(device.store() / "applications", filesInUse); // a target keeps what it has unloaded
+        device.target.clearFaults();
         const std::size_t fault = restarts / kDevices + restarts % kDevices * 5; // not the same one everywhere
-        target.addFault(simulated_target::parseFault(std::string{"any@%100:"} + kFaults[fault % kFaults.size()]));
-        target.reboot(20ms);
+        device.target.addFault(
+            simulated_target::parseFault(std::string{"any@%100:"} + kFaults[fault % kFaults.size()]));
+        device.target.reboot(20ms);
         std::this_thread::sleep_for(kBetweenRestarts);
     }
     for (TargetDevice& device : devices) {
