@@ -133,7 +133,13 @@ std::vector<Fault> FaultPlan::due(const kvrpc::RpcCall& call) {
         faults.insert(faults.end(), counted.rule.faults.begin(), counted.rule.faults.end());
     }
     std::ranges::stable_sort(faults, {}, &Fault::kind); // rows of one table
+    if (!faults.empty()) { ++faultyCalls_; }
     return faults;
+}
+
+std::uint64_t FaultPlan::faultyCalls() {
+    const std::lock_guard lock{mutex_};
+    return faultyCalls_;
 }
 
 void FaultPlan::hold(std::uint64_t connection, kvrpc::Bytes answer) {

@@ -46,6 +46,8 @@ public:
 
     /// Counts a call. Result: its faults, in the order in which they apply.
     std::vector<Fault> due(const kvrpc::RpcCall& call);
+    /// How many calls had faults so far.
+    std::uint64_t faultyCalls();
 
     /// Holds an answer back until the connection's next one.
     void hold(std::uint64_t connection, kvrpc::Bytes answer);
@@ -60,6 +62,7 @@ private:
 
     std::mutex mutex_{}; // guards what follows
     std::vector<Counted> rules_{};
+    std::uint64_t faultyCalls_ = 0;
     std::map<std::uint64_t, kvrpc::Bytes> held_{}; // by connection
 };
 

@@ -126,6 +126,7 @@ void SimulatedTarget::stop() noexcept {
 void SimulatedTarget::reboot(std::chrono::milliseconds away) { state_->reboot(away); }
 void SimulatedTarget::addFault(FaultRule rule) { state_->service.faults().add(std::move(rule)); }
 void SimulatedTarget::clearFaults() { state_->service.faults().clear(); }
+std::uint64_t SimulatedTarget::faultyCalls() const { return state_->service.faults().faultyCalls(); }
 
 void SimulatedTarget::dropConnections() noexcept { state_->server.dropConnections(); }
 std::uint64_t SimulatedTarget::acceptedConnections() const noexcept { return state_->server.acceptedConnections(); }

@@ -68,6 +68,7 @@ public:
     /// Faults beside those of the options; they count calls from now on.
     void addFault(FaultRule rule);
     void clearFaults(); // those of the options as well
+    std::uint64_t faultyCalls() const;
 
     /// The application-manager requests that arrived, in the order of arrival.
     std::vector<Request> requests() const;
