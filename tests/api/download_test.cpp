@@ -179,13 +179,6 @@ TEST_F(Download, TimesThatATargetDoesNotKnowAreTolerated) {
     EXPECT_EQ(download(), (Outcome{0, {}}));
 }
 
-TEST_F(Download, WithoutATargetPathNothingIsTransferred) {
-    answerWords({3, 1, 1, 1});                      // slots, initialisation calls, a file name that is no text
-    t.target.script(kGetParam, wire::failedCall()); // a directory that does not come
-    EXPECT_EQ(download(), (Outcome{-175, {"KvApplMan_getApplBinaryTargetPath 0x12500007", self("0x12500050(1,3)")}}));
-    EXPECT_EQ(storedBytes(), 0U);
-}
-
 TEST_F(Download, ACallbackThatThrowsIsNotCalledAgainAndStopsNothing) {
     int calls = 0;
     EXPECT_EQ(download(3, throwing, &calls), (Outcome{0, {}}));

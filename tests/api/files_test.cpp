@@ -4,7 +4,6 @@
 #include <sstream>
 
 #include "api/api_test.h"
-#include "support/failing_memory.h"
 #include "transfer/host_path.h"
 #include "transfer/text.h"
 
@@ -174,27 +173,6 @@ TEST_F(LoadFile, OnlyTheAnswerToThisCallLeadsToAnotherAttempt) {
     answer("", "", 3, {kUnsupportedType});
     EXPECT_EQ(load(file, kFile).first, -832) << "other types have no substitute";
     EXPECT_EQ(procedures().size(), 2U);
-}
-
-TEST_F(LoadFile, WhatTheTargetSaidIsNotLostWhenMemoryRunsOut) {
-    for (int i = 0; i < 20; ++i) {
-        KvPlatform_addEntry(pool, 4711); // so that the pool itself needs no more memory
-    }
-    bool failed = true;
-    for (std::size_t allowed = 0; failed; allowed += 3) {
-        const std::string place = "place" + std::to_string(allowed);
-        t.target.forgetScripts();
-        answer(place.c_str(), "", 0, {0x14a00900});
-        pool->reset();
-        {
-            const FailingMemory memory{allowed};
-            const std::int32_t status = KvApplMan_loadFileUtf8(pool, t.device, t.access, 1, tree.c_str(), "", "",
-                                                               kDirectory, 0, nullptr, nullptr, nullptr);
-            failed = memory.hasFailed();
-            EXPECT_EQ(status != 0, failed) << allowed;
-        }
-        if (std::filesystem::exists(t.store() / place)) { EXPECT_EQ(pool.codes().at(0), 0x14a00900U) << allowed; }
-    }
 }
 
 TEST_F(FileInfo, TextsAreCutAndFieldsEndInZeros) {

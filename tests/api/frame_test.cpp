@@ -1,6 +1,4 @@
-// The frame around every function: handles, the device's client, what is connected when, calls that fail.
-#include "frame/calling_frame.h"
-
+// The frame around every function: handles, the device's client, what is connected when.
 #include <functional>
 #include <thread>
 
@@ -24,10 +22,9 @@ Call with(std::int32_t (*function)(KvCErrorListPool&, void*, void*, Parameters..
 std::string full(const char* name) { return std::string("KvApplMan_") + name; }
 
 struct Function {
-    const char* name; // that reports a missing client, here and below without "KvApplMan_"
+    const char* name; // that reports a missing client, without "KvApplMan_"
     Call call;
-    std::uint32_t procedure = 0; // 0: what a failed call means is a matter of its own
-    const char* caller = name;   // that reports a failed call
+    bool checksHandles = false; // by itself
 };
 
 std::uint32_t word = 0;
@@ -37,25 +34,25 @@ std::int32_t signedCount = 0;
 KvTApplicationInfo* list = nullptr;
 
 const Function kFunctions[] = {
-    {"startAppl", with(KvApplMan_startAppl, 1), kStartAppl},
-    {"stopAppl", with(KvApplMan_stopAppl, 1), kStopAppl, "stopTerminateAppl"},
-    {"terminateAppl", with(KvApplMan_terminateAppl, 1), kTerminateAppl, "stopTerminateAppl"},
-    {"unloadAppl", with(::KvApplMan_unloadAppl, 1), kUnloadAppl},
-    {"pauseAppl", with(KvApplMan_pauseAppl, 1), kPauseAppl},
-    {"stepAppl", with(KvApplMan_stepAppl, 1), kStepAppl},
-    {"getApplInfo", with(KvApplMan_getApplInfo, 1, 9, &word, &size), kGetParam},
-    {"setApplParameter", with(KvApplMan_setApplParameter, 1, 1008, &word, 4), kSetParam},
-    {"getApplications", with(::KvApplMan_getApplications, 0, nullptr, &signedCount), kGetApplications},
-    {"getApplications", with(KvApplMan_getApplInfoList, &list, &count, nullptr), kGetApplications},
+    {"startAppl", with(KvApplMan_startAppl, 1)},
+    {"stopAppl", with(KvApplMan_stopAppl, 1)},
+    {"terminateAppl", with(KvApplMan_terminateAppl, 1)},
+    {"unloadAppl", with(::KvApplMan_unloadAppl, 1)},
+    {"pauseAppl", with(KvApplMan_pauseAppl, 1), true},
+    {"stepAppl", with(KvApplMan_stepAppl, 1), true},
+    {"getApplInfo", with(KvApplMan_getApplInfo, 1, 9, &word, &size)},
+    {"setApplParameter", with(KvApplMan_setApplParameter, 1, 1008, &word, 4)},
+    {"getApplications", with(::KvApplMan_getApplications, 0, nullptr, &signedCount)},
+    {"getApplications", with(KvApplMan_getApplInfoList, &list, &count, nullptr)},
     {"getAvailableCoreIDs", with(KvApplMan_getAvailableCoreIDs, 0, &count, nullptr)},
-    {"loadFileUtf8", with(KvApplMan_loadFileUtf8, 1, ".", "", "", 512, 0, nullptr, nullptr, nullptr), kAddFile2},
-    {"getFileInfo", with(KvApplMan_getFileInfo, 1, &count, nullptr), kGetFileList},
-    {"removeFile", with(KvApplMan_removeFile, 1, "n", 7), kRemoveFile},
+    {"loadFileUtf8", with(KvApplMan_loadFileUtf8, 1, ".", "", "", 512, 0, nullptr, nullptr, nullptr)},
+    {"getFileInfo", with(KvApplMan_getFileInfo, 1, &count, nullptr)},
+    {"removeFile", with(KvApplMan_removeFile, 1, "n", 7)},
     {"getFlashApplications", with(::KvApplMan_getFlashApplications, 0, &count, nullptr)},
-    {"getFlashApplInfo", with(::KvApplMan_getFlashApplInfo, 7, 9, &word, &size), kGetFlashParam},
-    {"setFlashApplParameter", with(::KvApplMan_setFlashApplParameter, 7, 1200, nullptr, 0), kSetFlashParam},
-    {"loadFlashAppl", with(::KvApplMan_loadFlashAppl, 7), kLoadFlashAppl},
-    {"clearFlashAppl", with(::KvApplMan_clearFlashAppl, 7), kClearFlashAppl},
+    {"getFlashApplInfo", with(::KvApplMan_getFlashApplInfo, 7, 9, &word, &size)},
+    {"setFlashApplParameter", with(::KvApplMan_setFlashApplParameter, 7, 1200, nullptr, 0)},
+    {"loadFlashAppl", with(::KvApplMan_loadFlashAppl, 7)},
+    {"clearFlashAppl", with(::KvApplMan_clearFlashAppl, 7)},
 };
 
 using Frame = ApiTest;
@@ -64,8 +61,7 @@ using Frame = ApiTest;
 
 TEST_F(Frame, BadHandlesGiveOneMessageAndNothingIsSent) {
     for (const Function& function : kFunctions) {
-        const bool checkedByItself = function.procedure == kPauseAppl || function.procedure == kStepAppl;
-        const Messages expected{checkedByItself ? full(function.name) + " 1024" : kBadHandles};
+        const Messages expected{function.checksHandles ? full(function.name) + " 1024" : kBadHandles};
         EXPECT_EQ(outcome(function.call(pool, nullptr, t.access)), (Outcome{-100, expected}));
         EXPECT_EQ(outcome(function.call(pool, t.device, nullptr)), (Outcome{-100, expected}));
         EXPECT_EQ(outcome(function.call(pool, t.device, t.device)), (Outcome{-100, expected}));
@@ -78,19 +74,6 @@ TEST_F(Frame, ATargetThatIsNotThereFailsToConnectEachTimeAnew) {
     for (const Function& function : kFunctions) {
         EXPECT_EQ(outcome(function.call(pool, t.device, t.access)),
                   (Outcome{-180, {"createRpcClient 0x1250000f", full(function.name) + " 0x12500008"}}));
-    }
-}
-
-TEST_F(Frame, AFailedCallNamesTheOperationOnce) {
-    t.target.scriptAlways(kAddFile, wire::notOffered()); // what the older request for a file comes to
-    for (const Function& function : kFunctions) {
-        if (function.procedure == 0) { continue; }
-        const std::string caller = full(function.caller);
-        for (const auto& reply : {wire::failedCall(), wire::notOffered()}) {
-            t.target.script(function.procedure, reply);
-            EXPECT_EQ(outcome(function.call(pool, t.device, t.access)),
-                      (Outcome{-185, {caller + " 0x1250000a(" + caller + ")"}}));
-        }
     }
 }
 
@@ -109,13 +92,6 @@ TEST_F(Frame, ThreadsThatCallForANewDeviceAtOnceMakeOneConnection) {
     }
     EXPECT_EQ(statuses, (std::array{-150, -150, -150, -150, -150, -150, -150, -150}));
     EXPECT_EQ(t.target.acceptedConnections(), 1U);
-}
-
-TEST_F(Frame, WhatIsThrownInsideBecomesAStatus) {
-    const Reporter report{*pool, "operation"};
-    EXPECT_EQ(guarded(report, []() -> Status { throw std::bad_alloc{}; }), -100);
-    EXPECT_EQ((guarded<Msg::groupOutOfMemory, Status::groupHandle>(report, []() -> Status { throw 1; })), -840);
-    EXPECT_EQ(messages(pool), (Messages{"operation 1024", "operation 0x12500045"}));
 }
 
 TEST_F(Frame, TheMessageTextsAreRegistered) {

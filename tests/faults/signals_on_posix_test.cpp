@@ -49,6 +49,22 @@ std::set<int> descriptors() {
     return all;
 }
 
+/// As long as it lives, descriptors have numbers below that.
+class DescriptorLimit {
+public:
+    explicit DescriptorLimit(rlim_t limit) {
+        EXPECT_EQ(getrlimit(RLIMIT_NOFILE, &previous_), 0);
+        const rlimit changed{std::min(limit, previous_.rlim_max), previous_.rlim_max};
+        EXPECT_EQ(setrlimit(RLIMIT_NOFILE, &changed), 0);
+    }
+    ~DescriptorLimit() { EXPECT_EQ(setrlimit(RLIMIT_NOFILE, &previous_), 0); }
+    DescriptorLimit(const DescriptorLimit&) = delete;
+    DescriptorLimit& operator=(const DescriptorLimit&) = delete;
+
+private:
+    rlimit previous_{};
+};
+
 /// A thousand signals a second, none of which restarts a system call.
 class Alarms {
 public:
@@ -131,11 +147,7 @@ TEST_F(HostProcess, DescriptorsAreNotInheritedByOtherPrograms) {
 }
 
 TEST_F(HostProcess, DescriptorsMayHaveNumbersAbove1023) {
-    rlimit limit{};
-    ASSERT_EQ(getrlimit(RLIMIT_NOFILE, &limit), 0);
-    const rlimit previous = limit;
-    limit.rlim_cur = std::min<rlim_t>(limit.rlim_max, 4096);
-    ASSERT_EQ(setrlimit(RLIMIT_NOFILE, &limit), 0);
+    const DescriptorLimit limit{4096};
     std::vector<int> taken;
     do {
         taken.push_back(fcntl(0, F_DUPFD_CLOEXEC, 0));
@@ -146,7 +158,18 @@ TEST_F(HostProcess, DescriptorsMayHaveNumbersAbove1023) {
     for (const int number : taken) {
         close(number);
     }
-    EXPECT_EQ(setrlimit(RLIMIT_NOFILE, &previous), 0);
+}
+
+TEST_F(HostProcess, ALackOfDescriptorsCostsTheCallAndIsOverWithIt) {
+    const int lowest = fcntl(0, F_DUPFD_CLOEXEC, 0);
+    close(lowest);
+    for (const auto& [left, status] :
+         {std::pair{0, -180}, {1, -185}}) { // none to connect; none for the target to accept
+        const ShortenedLimits shortened;
+        const DescriptorLimit limit{static_cast<rlim_t>(lowest + left)};
+        EXPECT_EQ(getApplications(), status);
+    }
+    EXPECT_EQ(getCores(), 0);
 }
 
 TEST_F(HostProcess, AThreadThatIsCancelledInACallEndsItFirst) {

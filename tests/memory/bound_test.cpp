@@ -37,7 +37,7 @@ std::size_t worstOf(const Record& record) {
     for (std::size_t at = 0; at < kResults; at += 4) {
         const auto left = static_cast<std::uint32_t>(kResults - at - 4);
         for (const std::uint32_t lie :
-             {left, left / 4, left / 16, 0x20000001U, 0x40000001U, 0x80000000U, 0xfffffffdU}) {
+             {left, left / 4, left / 16, 0x10000U, 0x20000001U, 0x40000001U, 0x80000000U, 0xfffffffdU}) {
             std::vector<std::uint8_t> lying = bytes;
             for (std::size_t i = 0; i < 4; ++i) {
                 lying[at + i] = static_cast<std::uint8_t>(lie >> (24 - 8 * i));

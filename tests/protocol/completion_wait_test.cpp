@@ -70,14 +70,6 @@ TEST_F(CompletionWait, ALongTimeoutNeverWrapsAround) {
     EXPECT_EQ(recorded_clock::naps(), Words{1000});
 }
 
-TEST_F(CompletionWait, AFailedPollEndsTheWaitWithoutTheCommandsOwnMessage) {
-    timeout(10);
-    state(2, {kUnknownProcess});
-    t.target.script(kGetCommandState, wire::failedCall());
-    EXPECT_EQ(outcome(unload()), (Outcome{-185, {"target 0x14a00803", "waitWhileBusy 0x1250000a(waitWhileBusy)"}}))
-        << "and nothing is dismissed";
-}
-
 TEST_F(CompletionWait, UnloadCountsAsDoneWhenTheTargetNoLongerKnowsTheProcess) {
     KvPlatform_addEntry(pool, 4711);
     timeout(1);

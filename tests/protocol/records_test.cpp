@@ -71,27 +71,6 @@ TEST(Records, RepliesHaveTheirFieldsInWireOrder) {
               "00000001 00000002 00000000 00000001 00000003" + zeros(16) + " 00000001 00000004");
 }
 
-TEST(Records, EveryKindOfValueTravelsAsItIs) {
-    struct Row {
-        TApplManValue value;
-        const char* wire;
-    };
-    const Row rows[] = {
-        {std::uint32_t{0xfffffffe}, "00000000 fffffffe"},
-        {1.0, "00000001 3ff00000 00000000"},
-        {Text{"abcd"}, "00000002 00000004 61626364"},
-        {std::vector<std::uint32_t>{1, 2}, "00000003 00000002 00000001 00000002"},
-        {std::int64_t{-1}, "00000004 ffffffff ffffffff"},
-        {std::vector<Text>{"a", ""}, "00000005 00000002 00000001 61000000 00000000"},
-        {std::vector<std::uint8_t>{1, 2, 3, 4, 5}, "00000006 00000005 01020304 05000000"},
-        {std::vector<std::int64_t>{1}, "00000007 00000001 00000000 00000001"},
-    };
-    for (const Row& row : rows) {
-        EXPECT_EQ(wireOf(row.value), row.wire);
-        EXPECT_EQ(wire::recordOf<TApplManValue>(wire::bytesOf(row.value)), row.value) << row.wire;
-    }
-}
-
 TEST(Records, WhatIsCutOffOrHasNoKindIsNotDecoded) {
     const std::vector<std::uint8_t> whole = wire::bytesOf(TApplManFlashListResult{1, 2, {1, 2, 3}, {3}, {}, {4}});
     for (std::size_t length = 0; length < whole.size(); ++length) {
@@ -116,13 +95,4 @@ TEST(Records, PaddingOfAnyValueAndBytesBehindTheRecordAreAccepted) {
     ASSERT_TRUE(xdr_record(decoder, value));
     EXPECT_EQ(value, TApplManValue{Text{"a"}});
     EXPECT_EQ(decoder.left(), 2U);
-}
-
-TEST(Records, FreeingGivesEverythingBack) {
-    TApplManFileListResult record{1, 2, {{"a", "b", "c", 9}}, {1, 2, 3}};
-    Xdr freer = Xdr::freer();
-    ASSERT_TRUE(xdr_record(freer, record));
-    EXPECT_TRUE(record.files.empty());
-    EXPECT_EQ(record.files.capacity(), 0U);
-    EXPECT_EQ(record.errorList.capacity(), 0U);
 }

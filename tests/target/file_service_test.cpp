@@ -1,6 +1,5 @@
 // The file-transfer program and the store behind it.
 #include <limits>
-#include <thread>
 
 #include "target/target_calls.h"
 
@@ -11,20 +10,6 @@ using namespace file_transfer;
 namespace fs = std::filesystem;
 
 using FileTransfer = TargetCalls;
-
-TEST_F(FileTransfer, AFileHasItsNameFromCommitOn) {
-    const std::string binary("a\0\xFF", 3);
-    EXPECT_EQ(open("a/b\\c", "file", 5), kDone);
-    EXPECT_EQ(write(0, binary), kDone);
-    EXPECT_EQ(write(3, ""), kDone);
-    EXPECT_EQ(write(3, "de"), kDone);
-    EXPECT_FALSE(fs::exists(root() / "a/b/c/file"));
-    EXPECT_EQ(commit(), kDone);
-    EXPECT_EQ(contentOf(root() / "a/b/c/file"), binary + "de");
-    EXPECT_EQ(treeOf(root()), (std::set<std::string>{"a", "a/b", "a/b/c", "a/b/c/file"}));
-    EXPECT_EQ(put("a", "empty", ""), kDone);
-    EXPECT_EQ(fs::file_size(root() / "a/empty"), 0U);
-}
 
 TEST_F(FileTransfer, AnAnnouncedSizeThatIsNotKeptLeavesTheOldFile) {
     struct Lie {
@@ -117,30 +102,6 @@ TEST_F(FileTransfer, AConnectionHasNoMoreThanSixtyFourTransfersAtOnce) {
     EXPECT_EQ(openAs(64), kStoreFailed);
     EXPECT_EQ(transfer(kAbort, TransferRequest{3}), kDone);
     EXPECT_EQ(openAs(64), kDone);
-}
-
-TEST_F(FileTransfer, OfSeveralHostsThatWriteOneFileOneWinsAsAWhole) {
-    constexpr std::uint64_t kHosts = 8;
-    constexpr std::size_t kSize = 100'000;
-    service();
-    std::vector<std::thread> hosts;
-    for (std::uint64_t host = 0; host < kHosts; ++host) {
-        hosts.emplace_back([this, host] {
-            const std::string half(kSize / 2, static_cast<char>('a' + host));
-            for (int round = 0; round < 5; ++round) {
-                EXPECT_EQ(open("shared/deep", "file", kSize, host), kDone);
-                EXPECT_EQ(write(0, half, host), kDone);
-                EXPECT_EQ(write(kSize / 2, half, host), kDone);
-                EXPECT_EQ(commit(host), kDone);
-            }
-        });
-    }
-    for (std::thread& host : hosts) {
-        host.join();
-    }
-    const std::string content = contentOf(root() / "shared/deep/file");
-    EXPECT_EQ(content, std::string(kSize, content.at(0)));
-    EXPECT_EQ(treeOf(root()).size(), 3U) << "nothing half written is left";
 }
 
 } // namespace

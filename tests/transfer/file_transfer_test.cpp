@@ -25,14 +25,6 @@ protected:
     Texts reports;
 };
 
-TEST_F(FileTransfer, AFileIsSentAndCountedOnce) {
-    tree.file("f", 500);
-    EXPECT_EQ(sendFile(), Status::ok);
-    EXPECT_EQ(channel.calls, (Texts{"create", "put /dir/name", "delete"}));
-    EXPECT_EQ(reports, (Texts{"0 1/1  f", "0.25 1/1  f", "0.5 1/1  f", "0.5 1/1  f"}));
-    EXPECT_EQ(tracker.doneUnits, 500U);
-}
-
 TEST_F(FileTransfer, EveryFailureOfASingleFileKeepsItsStatus) {
     tree.file("f", 500);
     struct Failure {
