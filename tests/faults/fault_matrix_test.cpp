@@ -36,6 +36,8 @@ struct FaultRow {
     Words procedures{}; // whose replies have the field; empty = all
 };
 
+void PrintTo(const FaultRow& row, std::ostream* stream) { *stream << row.fault; }
+
 const Words kWithArrays{11, 16, 19, 24};
 const Words kWithLists{2, 3, 4, 6, 7, 8, 9, 10, 11, 14, 16, 18, 19, 20, 22, 23, 24, 25, 26, 27, 28, 29};
 
