@@ -413,7 +413,8 @@ std::vector<RequestRow> requestRows() {
 }
 
 /// What does not follow from the two tables. A transfer awaits its replies together; a registration goes on when the host's
-/// time cannot be told, with a request that has the same fault or, after a reboot, another end.
+/// time cannot be told, and a download when the name for its binary cannot be read, with a request that has the same fault
+/// or, after a reboot, another end.
 enum class Means : std::uint8_t { whatItLooks, nothing, noRegistration, anything };
 struct ExceptionRow {
     std::string_view fault, call;
