@@ -62,7 +62,7 @@ protected:
     }
 
     TemporaryFolder store_{};
-    ChildProcess target_{{KVTARGET, "--store", store_.path().string(), "--flash", "7", "--delay", "0"}};
+    ChildProcess target_{{KVTARGET, "--store", store_.path().string(), "--delay", "0"}};
     std::unique_ptr<CLIENT, void (*)(CLIENT*)> client_{nullptr, [](CLIENT* client) { clnt_destroy(client); }};
 };
 
@@ -82,45 +82,6 @@ TEST_F(ForeignClient, GetsBackTheParametersOfEveryTagThatItHasSet) {
         EXPECT_EQ(got.result, 0);
         EXPECT_TRUE(sameRecord(reinterpret_cast<xdrproc_t>(xdr_applman_value), &got.value, &value));
     }
-}
-
-TEST_F(ForeignClient, AnnouncesAFileAndLoadsFromFlash) {
-    char source[] = "C:\\source.bin";
-    char name[] = "name.bin";
-    char nothing[] = "";
-    applman_file_record file{registerProcess(), 5, source, nothing, name, 0, nothing, {}, nothing};
-    applman_add_file_request_2 announce{kAccessId, &file};
-    ForeignReply<applman_add_file_result> announced{xdr_applman_add_file_result};
-    ASSERT_EQ(applman_add_file_2_2(&announce, &announced, client_.get()), RPC_SUCCESS);
-    EXPECT_EQ(announced.result, 0);
-    EXPECT_STREQ(announced.target_name, "name.bin");
-
-    applman_flash_request load{};
-    load.access_id = kAccessId;
-    load.command.command = 1;
-    load.command.flash_appl_id = 7;
-    ForeignReply<applman_result> accepted{xdr_applman_result};
-    ASSERT_EQ(applman_load_flash_appl_2(&load, &accepted, client_.get()), RPC_SUCCESS);
-    EXPECT_EQ(accepted.result, 0);
-    applman_request ask{kMode, kAccessId, 0};
-    ForeignReply<applman_result> state{xdr_applman_result};
-    ASSERT_EQ(applman_get_command_state_2(&ask, &state, client_.get()), RPC_SUCCESS);
-    EXPECT_EQ(state.result, 0);
-}
-
-TEST_F(ForeignClient, IsToldWhyAParameterIsRefused) {
-    applman_get_param_request get{kMode, kAccessId, registerProcess() + 1000, 20};
-    ForeignReply<applman_value_result> got{xdr_applman_value_result};
-    ASSERT_EQ(applman_get_param_2(&get, &got, client_.get()), RPC_SUCCESS);
-    EXPECT_EQ(got.result, -1);
-
-    XDR list;
-    xdrmem_create(&list, got.error_list.error_list_val, got.error_list.error_list_len, XDR_DECODE);
-    u_int count = 0;
-    u_int code = 0;
-    ASSERT_TRUE(xdr_u_int(&list, &count) && xdr_u_int(&list, &code));
-    EXPECT_EQ(count, 1U);
-    EXPECT_EQ(code, 0x14a00803U); // it knows no such process
 }
 
 } // namespace

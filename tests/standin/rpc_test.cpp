@@ -115,25 +115,6 @@ TEST_F(Rpc, CallsOfManyThreadsShareOneConnectionThatOutlivesTheirFailures) {
     EXPECT_EQ(server.acceptedConnections(), 1U);
 }
 
-TEST(RpcClient, RepliesInAnotherOrderReachTheirCallersAndALostConnectionIsReplacedOnce) {
-    ScriptedPeer peer{{[](const Wire& wire) {
-                           std::vector<Bytes> calls(16);
-                           for (Bytes& call : calls) {
-                               call = wire.receiveRecord();
-                           }
-                           for (auto call = calls.rbegin(); call != calls.rend(); ++call) {
-                               wire.send(echoOf(*call));
-                           }
-                           wire.receive(8 * 48 - 1); // the other calls but for a byte, which makes it an error
-                       },
-                       echoAll}};
-    Client shared{peer.address()};
-    EXPECT_EQ(shared.echoesAtOnce(16), 16);
-    EXPECT_EQ(shared.echoesAtOnce(8), 0);
-    EXPECT_EQ(shared.echoesAtOnce(8), 8);
-    EXPECT_EQ(peer.accepted(), 2);
-}
-
 TEST(RpcClient, TakesRepliesInEveryFormThatIsAllowedAndIgnoresThoseOfNobody) {
     ScriptedPeer peer{{[](const Wire& wire) {
                            const Bytes call = wire.receiveRecord();

@@ -1,7 +1,5 @@
 #include "transfer/file_transfer_double.h"
 
-#include <algorithm>
-#include <set>
 #include <sstream>
 
 namespace applman {
@@ -52,23 +50,6 @@ TEST_F(FileTransfer, EveryFailureOfASingleFileKeepsItsStatus) {
         EXPECT_EQ(tracker.doneUnits, failure.counted);
         EXPECT_EQ(channel.clients, 0);
     }
-}
-
-TEST_F(FileTransfer, ATreeIsSentWithEachDirectoryBeforeItsContents) {
-    tree.file("a/f", 100);
-    tree.file("a/b/g", 200);
-    std::filesystem::create_directory(tree.root / "a/empty");
-    EXPECT_EQ(sendTree("/dir/x"), Status::ok);
-    EXPECT_EQ(channel.calls.size(), 7U);
-    EXPECT_EQ(std::set(channel.calls.begin(), channel.calls.end()),
-              (std::set<std::string>{"create", "make /dir/x|a", "put /dir/x/a/f", "make /dir/x/a|b", "put /dir/x/a/b/g",
-                                     "make /dir/x/a|empty", "delete"}));
-    const auto position = [](const char* call) { return std::ranges::find(channel.calls, call); };
-    EXPECT_EQ(channel.calls.front() + ", " + channel.calls[1], "create, make /dir/x|a");
-    EXPECT_LT(position("make /dir/x/a|b"), position("put /dir/x/a/b/g"));
-    EXPECT_EQ(channel.calls.back(), "delete");
-    EXPECT_EQ(tracker.doneUnits, 300U);
-    EXPECT_EQ(messages(pool), Texts{});
 }
 
 TEST_F(FileTransfer, WhatCannotBeMadeOrSentEndsTheWholeWalk) {
