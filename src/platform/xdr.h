@@ -143,9 +143,10 @@ inline bool xdr_string(Xdr& x, std::optional<std::string>& value) {
     return xdr_string(x, *value);
 }
 
-/// A count and that many elements. A count is never believed beyond what the bytes left could hold.
+/// A count and that many elements of `least` bytes or more. A count is never believed beyond what the bytes left could
+/// hold.
 template <class Element, class Routine>
-bool xdr_array(Xdr& x, std::vector<Element>& values, Routine element) {
+bool xdr_array(Xdr& x, std::vector<Element>& values, Routine element, std::size_t least = 4) {
     if (x.freeing()) {
         values = std::vector<Element>{};
         return true;
@@ -154,7 +155,7 @@ bool xdr_array(Xdr& x, std::vector<Element>& values, Routine element) {
     auto count = static_cast<std::uint32_t>(values.size());
     if (!xdr_u_int(x, count)) { return false; }
     if (x.decoding()) {
-        if (count > x.left() / 4) { return false; } // every element takes 4 bytes or more
+        if (count > x.left() / least) { return false; }
         values.clear();
         values.resize(count);
     }

@@ -18,7 +18,7 @@ bool xdr_arm(Xdr& x, std::vector<std::uint32_t>& value) { return xdr_array(x, va
 bool xdr_arm(Xdr& x, std::int64_t& value) { return xdr_quad_t(x, value); }
 bool xdr_arm(Xdr& x, std::vector<Text>& value) { return xdr_array(x, value, kText); }
 bool xdr_arm(Xdr& x, std::vector<std::uint8_t>& value) { return xdr_bytes(x, value); }
-bool xdr_arm(Xdr& x, std::vector<std::int64_t>& value) { return xdr_array(x, value, kQuad); }
+bool xdr_arm(Xdr& x, std::vector<std::int64_t>& value) { return xdr_array(x, value, kQuad, 8); }
 
 /// Makes the value hold the arm of `tag`; false for a tag that no arm has.
 template <std::size_t... I>
@@ -115,7 +115,7 @@ bool xdr_record(Xdr& x, TApplManFileEntry& r) {
 }
 
 bool xdr_record(Xdr& x, TApplManFileListResult& r) {
-    return xdr_int(x, r.result) && xdr_int(x, r.errorCode) && xdr_array(x, r.files, kRecord) &&
+    return xdr_int(x, r.result) && xdr_int(x, r.errorCode) && xdr_array(x, r.files, kRecord, 16) &&
            xdr_bytes(x, r.errorList);
 }
 

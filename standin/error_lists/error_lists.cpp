@@ -47,13 +47,13 @@ KvCErrorList::~KvCErrorList() { delete state_; }
 void KvCErrorList::setError(std::uint32_t code, std::uint32_t line, const char* operation, const char* signature,
                             ...) noexcept {
     if (state_ == nullptr) { return; }
-    state_->lentTexts.clear();
     std::va_list arguments;
     va_start(arguments, signature);
     try {
         state_->entries.push_back(makeEntry(code, line, operation, signature == nullptr ? "" : signature, arguments));
     } catch (...) {} // the entry is lost
     va_end(arguments);
+    state_->lentTexts.clear(); // not before, since they may be arguments
 }
 
 std::uint32_t KvCErrorList::getErrorCount() const noexcept {

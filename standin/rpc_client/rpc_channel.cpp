@@ -53,11 +53,13 @@ Failure Channel::connect(std::shared_ptr<Connection>& connection, Deadline deadl
         const std::uint64_t awaited = attempts_;
         const bool over = attempted_.wait_until(lock, deadline, [&] { return attempts_ != awaited; });
         if (!over) { return {Failure::Kind::connectTimedOut}; }
-        if (latest_.failure) { return latest_.failure; } // whoever waited for this attempt shares its end
+        if (latest_.failure && !latest_.hurried) { return latest_.failure; } // whoever waited for it shares its end
     }
     connecting_ = true;
     lock.unlock();
-    Attempt attempt = open(std::min(deadline, Clock::now() + limits::connecting.load()));
+    const Deadline latest = Clock::now() + limits::connecting.load();
+    Attempt attempt = open(std::min(deadline, latest));
+    attempt.hurried = deadline < latest;
     lock.lock();
     connecting_ = false;
     ++attempts_;

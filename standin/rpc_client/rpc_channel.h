@@ -39,6 +39,7 @@ private:
     struct Attempt {
         std::shared_ptr<Connection> connection{};
         Failure failure{};
+        bool hurried = false; // it had less time than connecting may take
     };
     Attempt open(Deadline deadline) const noexcept;
 

@@ -45,7 +45,9 @@ Connection::Connection(Socket socket) noexcept
 bool Connection::usable(Deadline deadline) {
     Lock lock{mutex_};
     if (reading_ || failure_) { return !failure_; } // whoever reads learns of the end by himself
-    while (takeRecord(lock, Clock::now()) == RecordReader::Outcome::record && !reading_ && !isOver(deadline)) {}
+    do {
+        takeRecord(lock, Clock::now());
+    } while (!failure_ && !reading_ && !isOver(deadline) && socket_.wait({.toRead = true}, Clock::now()).toRead);
     appointReader();
     return !failure_;
 }

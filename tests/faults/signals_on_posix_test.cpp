@@ -159,18 +159,6 @@ TEST_F(HostProcess, DescriptorsMayHaveNumbersAbove1023) {
     }
 }
 
-TEST_F(HostProcess, ALackOfDescriptorsCostsTheCallAndIsOverWithIt) {
-    const int lowest = fcntl(0, F_DUPFD_CLOEXEC, 0);
-    close(lowest);
-    for (const auto& [left, status] :
-         {std::pair{0, -180}, {1, -185}}) { // none to connect; none for the target to accept
-        const ShortenedLimits shortened;
-        const DescriptorLimit limit{static_cast<rlim_t>(lowest + left)};
-        EXPECT_EQ(getApplications(), status);
-    }
-    EXPECT_EQ(getCores(), 0);
-}
-
 TEST_F(HostProcess, AThreadThatIsCancelledInACallEndsItFirst) {
     const ShortenedLimits shortened;
     EXPECT_EQ(getApplications(), 0);

@@ -263,6 +263,24 @@ TEST(RpcClient, APeerThatTakesNothingBeforeItsLateReplyIsTakenIsServed) {
     EXPECT_TRUE(client.echoes(std::string(kMuch, 'x')));
 }
 
+TEST(RpcClient, AConnectionThatEndedWithinALateReplyIsReplacedUnnoticed) {
+    std::latch gaveUp{1};
+    ScriptedPeer peer{{[&](const Wire& wire) {
+                           const Bytes late = echoOf(wire.receiveRecord());
+                           gaveUp.wait();
+                           wire.send(Bytes(late.begin(), late.end() - 1));
+                       },
+                       echoAll}};
+    Client client{peer.address()};
+    {
+        const ShortenedLimits shortened;
+        EXPECT_FALSE(client.echoes(1));
+    }
+    gaveUp.count_down();
+    peer.awaitFirstClosed();
+    EXPECT_TRUE(client.echoes(2));
+}
+
 TEST(RpcClient, TellsWhyItCannotConnect) {
     const ShortenedLimits shortened;
     std::string dead;
