@@ -93,13 +93,3 @@ TEST_F(Frame, ThreadsThatCallForANewDeviceAtOnceMakeOneConnection) {
     EXPECT_EQ(statuses, (std::array{-150, -150, -150, -150, -150, -150, -150, -150}));
     EXPECT_EQ(t.target.acceptedConnections(), 1U);
 }
-
-TEST_F(Frame, TheMessageTextsAreRegistered) {
-    t.target.stop();
-    EXPECT_EQ(KvApplMan_startAppl(pool, t.device, t.access, 1), -180);
-    pool->reset();
-    KvPlatform_addEntry(pool, 0x12500060);
-    KvPlatform_addEntry(pool, 0x12500017);
-    EXPECT_EQ(pool.text(0), "Attempt to terminate application process failed.");
-    EXPECT_EQ(pool.text(1), "Obsolete error code.");
-}

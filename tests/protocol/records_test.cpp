@@ -70,29 +70,3 @@ TEST(Records, RepliesHaveTheirFieldsInWireOrder) {
     EXPECT_EQ(wireOf(TApplManFlashListResult{1, 2, {}, {3}, {}, {4}}),
               "00000001 00000002 00000000 00000001 00000003" + zeros(16) + " 00000001 00000004");
 }
-
-TEST(Records, WhatIsCutOffOrHasNoKindIsNotDecoded) {
-    const std::vector<std::uint8_t> whole = wire::bytesOf(TApplManFlashListResult{1, 2, {1, 2, 3}, {3}, {}, {4}});
-    for (std::size_t length = 0; length < whole.size(); ++length) {
-        TApplManFlashListResult record;
-        Xdr decoder = Xdr::decoder(std::span{whole}.first(length));
-        EXPECT_FALSE(xdr_record(decoder, record)) << length;
-    }
-    const std::vector<std::uint8_t> noTag{0, 0, 0, 8, 0, 0, 0, 0};
-    TApplManValue value;
-    Xdr ofNoTag = Xdr::decoder(noTag);
-    EXPECT_FALSE(xdr_record(ofNoTag, value));
-    const std::vector<std::uint8_t> oddFlag{0, 0, 0, 1, 0, 0, 0, 2};
-    TApplManAddFileRequest2 request;
-    Xdr decoder = Xdr::decoder(oddFlag);
-    EXPECT_FALSE(xdr_record(decoder, request)) << "a pointer is there or it is not";
-}
-
-TEST(Records, PaddingOfAnyValueAndBytesBehindTheRecordAreAccepted) {
-    const std::vector<std::uint8_t> bytes{0, 0, 0, 2, 0, 0, 0, 1, 'a', 0xff, 0xfe, 0xfd, 9, 9};
-    TApplManValue value;
-    Xdr decoder = Xdr::decoder(bytes);
-    ASSERT_TRUE(xdr_record(decoder, value));
-    EXPECT_EQ(value, TApplManValue{Text{"a"}});
-    EXPECT_EQ(decoder.left(), 2U);
-}

@@ -1,8 +1,4 @@
 // File transfer into the store of a simulated target, and to peers that do not play by the rules.
-#if !defined(_WIN32)
-#include <sys/stat.h>
-#endif
-
 #include <fstream>
 #include <functional>
 #include <iterator>
@@ -45,10 +41,7 @@ public:
 
     std::int64_t send(std::size_t size, const char* name = "name") {
         std::ofstream{path(), std::ios::binary} << contentOf(size);
-        return sendFile(path(), name);
-    }
-    std::int64_t sendFile(const fs::path& file, const char* name) {
-        const std::u16string full = *host_system::fullPath(file.u16string());
+        const std::u16string full = *host_system::fullPath(path().u16string());
         const auto report = [](std::uint64_t bytes, void* self) { static_cast<Sender*>(self)->onProgress(bytes); };
         return KvHIM_putFileU(pool, nullptr, handle, full.c_str(), "dir", name, report, this);
     }
@@ -107,47 +100,6 @@ TEST_F(FileTransfer, WhatChangesWhileItIsSentArrivesAsAnnouncedOrNotAtAll) {
     for (const auto& left : fs::directory_iterator{arrived().parent_path()}) {
         EXPECT_TRUE(left.path().filename() == "grown" || left.path().filename() == "vanished") << left.path();
     }
-}
-
-TEST_F(FileTransfer, AfterAFailedTransferTheNextOneWorks) {
-    EXPECT_LT(sender.send(3 * kChunk, ".."), 0);
-    sender.onProgress = [&](std::uint64_t) { target.target.dropConnections(); };
-    EXPECT_LT(sender.send(30 * kChunk), 0);
-    EXPECT_EQ(sender.pool.codes(), (Codes{kTransferRefused, kRpcConnectionLost}));
-    int calls = 0;
-    sender.onProgress = [&](std::uint64_t) {
-        ++calls;
-        throw 1;
-    };
-    EXPECT_EQ(sender.send(3 * kChunk), static_cast<std::int64_t>(3 * kChunk));
-    EXPECT_EQ(calls, 1) << "a callback that throws is not called again";
-    EXPECT_EQ(target.target.acceptedConnections(), 2U);
-}
-
-TEST_F(FileTransfer, OnlyRegularFilesAreSent) {
-#if defined(_WIN32)
-    fs::create_directory(sender.path());
-#else
-    ASSERT_EQ(::mkfifo(sender.path().c_str(), 0600), 0);
-#endif
-    EXPECT_LT(sender.sendFile(sender.path(), "name"), 0);
-    EXPECT_LT(sender.sendFile(fs::path{sender.path()} += "2", "name"), 0);
-    EXPECT_EQ(sender.pool.codes(), (Codes{kTransferSourceUnreadable, kTransferSourceUnreadable}));
-    EXPECT_FALSE(fs::exists(arrived().parent_path())) << "nothing was sent";
-}
-
-TEST_F(FileTransfer, DirectoriesAreMadeUnlessTheTargetOrTheHandleRefuses) {
-    EXPECT_EQ(KvHIM_makeDir(sender.pool, nullptr, sender.handle, "dir", "new"), 0);
-    EXPECT_TRUE(fs::is_directory(arrived("new")));
-    EXPECT_LT(KvHIM_makeDir(sender.pool, nullptr, sender.handle, "dir", ".."), 0);
-    EXPECT_EQ(KvHIM_deleteFTClientHandle(sender.pool, sender.handle), 0);
-    EXPECT_LT(KvHIM_makeDir(sender.pool, nullptr, sender.handle, "dir", "other"), 0);
-    EXPECT_LT(sender.send(1), 0);
-    EXPECT_EQ(sender.pool.codes(), (Codes{kTransferDirectoryRefused, kTransferHandleUnknown, kTransferHandleUnknown}));
-    target.target.stop();
-    const Sender unreachable{target.device};
-    EXPECT_EQ(unreachable.handle, nullptr);
-    EXPECT_EQ(unreachable.pool.codes(), Codes{kRpcConnectionRefused});
 }
 
 TEST(FileTransferPeer, ASmallFileTakesOneRoundTrip) {

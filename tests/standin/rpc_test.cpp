@@ -1,7 +1,6 @@
 // The RPC client and the server half, each against the other and against peers that do not play by the rules.
 #if !defined(_WIN32)
 #include <arpa/inet.h>
-#include <sys/resource.h>
 #include <sys/socket.h>
 #include <unistd.h>
 #endif
@@ -138,76 +137,6 @@ TEST(RpcClient, TakesRepliesInEveryFormThatIsAllowedAndIgnoresThoseOfNobody) {
     EXPECT_EQ(client.pool.codes(), Codes{});
 }
 
-TEST(RpcClient, ABadReplyFailsItsOwnCallOnly) {
-    const struct {
-        const char* name;
-        Bytes afterXid;
-        std::uint32_t message;
-    } badReplies[] = {
-        {"RPC version mismatch", words({1, 1, 0, 2, 2}), kRpcCallRefused},
-        {"a reject status that makes 3 of 100", words({1, 1, 0xFFFFFF9F}), kRpcCallRefused},
-        {"program mismatch", words({1, 0, 0, 0, 2, 1, 1}), kRpcCallRefused},
-        {"highest accept status", words({1, 0, 0, 0, 0xFFFFFFFF}), kRpcCallRefused},
-        {"unknown reply status", words({1, 5, 0, 0, 0, 7}), kRpcReplyMalformed},
-        {"verifier too long", words({1, 0, 0, 401}) + Bytes(404, 0) + words({0, 7}), kRpcReplyMalformed},
-        {"verifier longer than the record", words({1, 0, 0, 0x7FFFFFFC, 0, 7}), kRpcReplyMalformed},
-        {"verifier whose padding wraps", words({1, 0, 0, 0xFFFFFFFF, 0, 7}), kRpcReplyMalformed},
-        {"end within the head", words({1, 0, 0}), kRpcReplyMalformed},
-        {"no results", words({1, 0, 0, 0, 0}), kRpcReplyMalformed},
-    };
-    for (const auto& bad : badReplies) {
-        SCOPED_TRACE(bad.name);
-        ScriptedPeer peer{{[&](const Wire& wire) {
-            wire.send(fragment(words({wordAt(wire.receiveRecord(), 0)}) + bad.afterXid));
-            echoAll(wire);
-        }}};
-        Client client{peer.address()};
-        const std::int32_t result = client.call(kEcho, 1);
-        EXPECT_LT(result, 0);
-        EXPECT_NE(result, KvCRpcClient::kProcedureNotOffered);
-        EXPECT_EQ(client.pool.codes(), Codes{bad.message});
-        EXPECT_TRUE(client.echoes(2));
-        EXPECT_EQ(peer.accepted(), 1);
-    }
-}
-
-TEST(RpcClient, ABrokenStreamIsReplacedByTheNextCall) {
-    const struct {
-        const char* name;
-        Bytes sent;
-        std::uint32_t message;
-    } brokenStreams[] = {
-        {"a fragment over the limit", words({0xFFFFFFFF}), kRpcReplyMalformed},
-        {"fragments whose sum is over it", fragment({1}, false) + words({0x80000000U | (1U << 20)}),
-         kRpcReplyMalformed},
-        {"an empty record", fragment({}), kRpcReplyMalformed},
-        {"empty fragments for ever", Bytes(1 << 20, 0), kRpcReplyMalformed},
-        {"end before the reply", {}, kRpcConnectionLost},
-        {"end within a mark", {0x80, 0}, kRpcConnectionLost},
-        {"end within a reply", words({0x80000020, 1, 1, 0}), kRpcConnectionLost},
-    };
-    kvrpc::limits::largestReply = 1U << 20;
-    for (const auto& broken : brokenStreams) {
-        SCOPED_TRACE(broken.name);
-        ScriptedPeer peer{{[&](const Wire& wire) {
-                               wire.receiveRecord();
-                               wire.send(broken.sent);
-                           },
-                           [](const Wire& wire) {
-                               const Bytes call = wire.receiveRecord();
-                               EXPECT_EQ(wordAt(call, 10), 2U) << "a call that was sent is never sent again";
-                               wire.send(echoOf(call));
-                               wire.awaitEnd();
-                           }}};
-        Client client{peer.address()};
-        EXPECT_FALSE(client.echoes(1));
-        EXPECT_EQ(client.pool.codes(), Codes{broken.message});
-        EXPECT_TRUE(client.echoes(2));
-        EXPECT_EQ(peer.accepted(), 2);
-    }
-    kvrpc::limits::largestReply = kvrpc::kLargestRecord;
-}
-
 TEST(RpcClient, WhenTheReaderGivesUpAnotherCallGoesOnReading) {
     std::latch firstArrived{1};
     std::latch firstGaveUp{1};
@@ -316,58 +245,6 @@ TEST(RpcClient, AnAddressThatIsSilentCostsTheConnectTimeout) {
     ::close(listener);
 }
 
-TEST(RpcClient, MemoryGrowsOnlyWithWhatArrives) {
-    ScriptedPeer peer{{[](const Wire& wire) {
-        wire.send(words({0x80000000U | (255U << 20)}));
-        wire.awaitEnd();
-    }}};
-    Client client{peer.address()};
-    rusage before{}, after{};
-    getrusage(RUSAGE_SELF, &before);
-    const ShortenedLimits shortened;
-    EXPECT_FALSE(client.echoes(1));
-    getrusage(RUSAGE_SELF, &after);
-    EXPECT_EQ(client.pool.codes(), Codes{kRpcCallTimedOut});
-    EXPECT_LT(after.ru_maxrss - before.ru_maxrss, 4096) << "KiB";
-}
 #endif
-
-TEST_F(Rpc, TheServerAnswersEveryCallWithItsStatusAndClosesTheConnectionOfWhatIsNone) {
-    const Bytes credentials = words({9, 2, 0x61620000, 1000, 1000, 1, 4}); // stamp, "ab", user, group, a further group
-    const Bytes success = words({8, 1, 0, 0, 0, 0, 42});
-    const struct {
-        const char* name;
-        Bytes call;
-        Bytes reply; // none when the connection is closed instead
-    } cases[] = {
-        {"success", words({8, 0, 2, 77, 1, kEcho, 0, 0, 0, 0, 42}), success},
-        {"another RPC version", words({8, 0, 3}), words({8, 1, 1, 0, 2, 2})},
-        {"credentials", words({8, 0, 2, 77, 1, kEcho, 1, 28}) + credentials + words({0, 0, 42}), success},
-        {"broken credentials", words({8, 0, 2, 77, 1, kEcho, 1, 4, 9, 0, 0}), words({8, 1, 1, 1, 1})},
-        {"unknown credentials", words({8, 0, 2, 77, 1, kEcho, 6, 0, 0, 0}), words({8, 1, 1, 1, 2})},
-        {"a reply", words({8, 1, 0, 0, 0, 0}), {}},
-        {"an empty record", {}, {}},
-        {"end within the head", words({8, 0, 2, 77, 1}), {}},
-        {"too long credentials", words({8, 0, 2, 77, 1, kEcho, 0, 404}) + Bytes(404, 0) + words({0, 0}), {}},
-    };
-    const Wire other{address};
-    for (const auto& each : cases) {
-        SCOPED_TRACE(each.name);
-        const Wire wire{address};
-        wire.send(fragment(each.call));
-        EXPECT_EQ(wire.receiveRecord(), each.reply);
-    }
-    for (const Bytes& noRecord : {words({0xFFFFFFFF}), Bytes(65536, 0)}) { // over the limit; without an end
-        const Wire wire{address};
-        wire.send(noRecord);
-        EXPECT_EQ(wire.receive(1), Bytes{});
-    }
-    const ShortenedLimits shortened;
-    const Wire half{address};
-    half.send({0x80, 0});
-    EXPECT_EQ(half.receive(1), Bytes{});
-    other.send(fragment(cases[0].call));
-    EXPECT_EQ(other.receiveRecord(), success) << "an idle connection is kept";
-}
 
 } // namespace

@@ -7,7 +7,6 @@ namespace {
 using namespace applman;
 
 constexpr std::uint32_t kState = 11;
-constexpr std::uint32_t kFileName = 5;
 constexpr std::uint32_t kRegistered = 0;
 constexpr std::uint32_t kLoaded = 1;
 constexpr std::uint32_t kReady = 2;
@@ -55,33 +54,6 @@ TEST_F(Processes, AcceptACommandInItsStatesOnly) {
     EXPECT_EQ(codeOfRefusal(command(kStartAppl, applId)), 0x14a00803U);
 }
 
-TEST_F(Processes, CarryACommandOutAfterItsDelay) {
-    Options slow = defaults();
-    slow.commandDelay = std::chrono::hours{1};
-    restart(slow);
-    const std::uint32_t applId = newProcess();
-    EXPECT_EQ(command(kLoadAppl, applId).result, 0);
-    EXPECT_EQ(commandState(newProcess()).result, 0);
-    EXPECT_EQ(valueOf<std::uint32_t>(applId, kState), kRegistered);
-    EXPECT_EQ(codeOfRefusal(command(kUnloadAppl, applId)), 0x14a00802U);
-    EXPECT_EQ(commandState(applId).result, 2);
-}
-
-TEST_F(Processes, TellThatALoadWithoutBinaryFailedUntilTheNextCommand) {
-    putBinary(newProcess());
-    restart(); // what was there in an earlier run does not count
-    const std::uint32_t applId = newProcess();
-    EXPECT_EQ(command(kLoadAppl, applId).result, 0);
-    for (int poll = 0; poll < 2; ++poll) {
-        const TApplManResult state = commandState(applId);
-        EXPECT_EQ(state.result, 1);
-        EXPECT_EQ(onlyCode(state.errorList), 0x14a0080bU);
-    }
-    putBinary(applId);
-    EXPECT_EQ(command(kLoadAppl, applId).result, 0);
-    EXPECT_EQ(commandState(applId).result, 0);
-}
-
 TEST_F(Processes, HaveANumberOfTheirOwnInTheirGroup) {
     const TApplManGroupPart group = openGroup(2);
     TApplManGroupPart invented = group;
@@ -95,21 +67,6 @@ TEST_F(Processes, HaveANumberOfTheirOwnInTheirGroup) {
     EXPECT_EQ(codeOfRefusal(registerProcess(3, larger)), 0x14a0080aU);
     EXPECT_EQ(command(kUnloadAppl, static_cast<std::uint32_t>(second.applId)).result, 0);
     EXPECT_EQ(registerProcess(2, group).result, 0); // its place is free again
-}
-
-TEST_F(Processes, TellWhereTheirBinaryGoesByTheNameThatTheHostAnnounced) {
-    const std::pair<const char*, const char*> names[] = {{"D:\\appl\\model.x86", "model.x86"},
-                                                         {"../../etc/passwd", "passwd"},
-                                                         {"..", "application.bin"},
-                                                         {"nul", "application.bin"},
-                                                         {"b\xC3\xA4:name", "b___name"}};
-    const std::uint32_t applId = newProcess();
-    EXPECT_NE(textOf(applId, 4), textOf(newProcess(), 4));
-    for (const auto& [announced, name] : names) {
-        EXPECT_EQ(set(applId, kFileName, Text{announced}).result, 0);
-        EXPECT_EQ(textOf(applId, 3), name) << announced;
-        putBinary(applId);
-    }
 }
 
 TEST_F(Processes, AndTheirFreeParametersAreBounded) {

@@ -36,18 +36,6 @@ TEST_F(FileTransfer, AnAnnouncedSizeThatIsNotKeptLeavesTheOldFile) {
     }
 }
 
-TEST_F(FileTransfer, AfterARefusedNameTheLaterStepsFailAndNothingIsMade) {
-    const std::pair<const char*, const char*> bad[] = {
-        {"../outside", "file"}, {"d", "../file"}, {"d", ""}, {"", "file"}, {"/tmp", "file"}, {"d", "a/b"}, {"d", ".."}};
-    for (const auto& [directory, name] : bad) {
-        EXPECT_EQ(open(directory, name, 1), kBadName) << directory << " " << name;
-        EXPECT_EQ(write(0, "x"), kEarlierFailure);
-        EXPECT_EQ(commit(), kEarlierFailure);
-        EXPECT_EQ(transfer(kMakeDirectory, MakeDirectoryRequest{directory, name}), kBadName);
-    }
-    EXPECT_EQ(treeOf(aroundRoot()), (std::set<std::string>{"store"}));
-}
-
 TEST_F(FileTransfer, NoLinkInTheStoreLeadsOutOfIt) {
 #if defined(_WIN32)
     GTEST_SKIP() << "makes links as on POSIX";

@@ -52,18 +52,6 @@ TEST_F(FileTransfer, EveryFailureOfASingleFileKeepsItsStatus) {
     }
 }
 
-TEST_F(FileTransfer, WhatCannotBeMadeOrSentEndsTheWholeWalk) {
-    tree.file("a/b/f", 1);
-    channel.results = {{"make /dir/a|b", 7}};
-    EXPECT_EQ(sendTree(), Status::transfer);
-    EXPECT_EQ(channel.calls, (Texts{"create", "make /dir|a", "make /dir/a|b", "delete"}));
-    channel.results = {{"put /dir/a/b/f", -1}, {"delete", -1}};
-    EXPECT_EQ(sendTree(), Status::transfer);
-    EXPECT_EQ(messages(pool), (Texts{"copyDirToTarget 0x12500059(/dir/a,b,7)",
-                                     "copyBinaryToTarget 0x1250000d(transfer," + shown("a/b/f") + ",/dir/a/b,f)",
-                                     "deleteFTHandle 0x1250000c"}));
-}
-
 TEST_F(FileTransfer, ProgressNeverExceedsTheWholeAndKeepsWhatAnUpdateLeavesOut) {
     tracker.totalUnits = 8;
     updateProgress(&tracker, "D:\\a\\model.x86", 2, kPhaseInit, 2, 3);

@@ -71,12 +71,6 @@ TEST_F(TreeOnPosix, WhatIsNoFileFailsAsATransfer) {
     expectFailure("dangling");
 }
 
-TEST_F(TreeOnPosix, AHostNameThatHoldsABackslashCannotBeReached) {
-    tree.file("a\\b", 9);
-    tree.file("a/b", 9); // which is not what is meant
-    EXPECT_EQ(sendTree(), Status::transfer);
-}
-
 TEST_F(TreeOnPosix, ADirectoryThatCannotBeReadToItsEndFailsAfterWhatWasRead) {
     tree.file("f", 1);
     readableEntries = 3;
