@@ -236,7 +236,7 @@ TEST_F(Target, NoNameThatAHostGivesLeadsOutOfTheStore) {
         EXPECT_EQ(write(0, "x"), kEarlierFailure);
         EXPECT_EQ(commit(), kEarlierFailure);
         EXPECT_EQ(transfer(kMakeDirectory, MakeDirectoryRequest{directory, name}), kBadName);
-        const TApplManAddFileRequest file{kMode, kAccessId, applId, 512, "C:\\source.txt", directory, name, 0};
+        const TApplManAddFileRequest file{kMode, kAccessId, applId, 3, "C:\\source.txt", directory, name, 0};
         EXPECT_EQ(codeOf(ask<TApplManAddFileResult>(kAddFile, file)), 0x14a0080fU);
     }
     EXPECT_EQ(filesIn(around.path()), (Files{{"store", ""}}));
