@@ -33,9 +33,9 @@ static Reading readPlainly(Input bytes) {
         const bool last = bytes[0] >= 0x80;
         if (record.size() + length > kLimit) { return {reading.first, Outcome::malformed}; }
         if (length > bytes.size() - 4) { break; }
-        bytes = bytes.subspan(4);
-        record.insert(record.end(), bytes.begin(), bytes.begin() + static_cast<std::ptrdiff_t>(length));
-        bytes = bytes.subspan(length);
+        const Input fragment = bytes.subspan(4, length);
+        record.insert(record.end(), fragment.begin(), fragment.end());
+        bytes = bytes.subspan(4 + length);
         if (last) { reading.first.push_back(std::exchange(record, {})); }
     }
     return reading;

@@ -11,7 +11,7 @@
 
 #include <gtest/gtest.h>
 
-#include "api/KvApplicationManagerAP.h"
+#include "faults/calls.h"
 #include "rpc_client/rpc_limits.h"
 #include "support/one_target.h"
 #include "support/open_handles.h"
@@ -50,23 +50,19 @@ simulated_target::Options optionsOf(std::uint32_t device) {
 class Worker {
 public:
     Worker(const TargetDevice& target, std::uint32_t device, std::uint32_t seed, std::string file)
-        : t_(target), device_(device), random_(seed), file_(std::move(file)) {}
+        : device_(device), random_(seed), call_{*pool_, target.device, target.access, std::move(file), device + 1} {}
 
     void work() {
         askNames(20);
-        Group group{*this};
-        if (group.handle == nullptr) { return; }
-        std::uint32_t applId = 0;
-        if (!did(KvApplMan_registerAppl_2(pool_, t_.device, t_.access, group.handle, 1, &applId))) { return; }
-        const char* const path = file_.c_str();
-        did(KvApplMan_downloadApplUtf8(pool_, &t_.device, &t_.access, &applId, &path, 0, 1, nullptr, nullptr, nullptr));
-        did(KvApplMan_startAppl(pool_, t_.device, t_.access, applId));
-        did(KvApplMan_loadFileUtf8(pool_, t_.device, t_.access, applId, path, "", "x", 1, 0, nullptr, nullptr,
-                                   nullptr));
+        if (!did(createGroup(call_)) || !did(registerAppl(call_))) { return; }
+        did(download(call_));
+        did(command<KvApplMan_startAppl>(call_));
+        did(loadFile(call_));
         askNames(5);
-        list();
-        did(KvApplMan_terminateAppl(pool_, t_.device, t_.access, applId));
-        did(KvApplMan_unloadAppl(pool_, t_.device, t_.access, applId));
+        listNames();
+        did(getInfoList(call_));
+        did(command<KvApplMan_terminateAppl>(call_));
+        did(command<KvApplMan_unloadAppl>(call_));
     }
 
     /// With a target that works: everything does.
@@ -80,21 +76,6 @@ public:
     std::uint64_t failed() const { return failed_; }
 
 private:
-    struct Group {
-        explicit Group(Worker& of) : worker(of) {
-            auto* device = worker.t_.device;
-            auto* access = worker.t_.access;
-            worker.did(KvApplMan_createApplGroupHandle_2(worker.pool_, &device, &access, 1, &handle));
-        }
-        ~Group() {
-            if (handle != nullptr) { EXPECT_EQ(KvApplMan_deleteApplGroupHandle(worker.pool_, handle), 0); }
-        }
-        Group(const Group&) = delete;
-        Group& operator=(const Group&) = delete;
-        Worker& worker;
-        KvSApplGroupHandle* handle = nullptr;
-    };
-
     bool did(std::int32_t status) {
         EXPECT_LE(status, 0);
         const bool spoken = pool_->getErrorCount() > 0;
@@ -109,30 +90,25 @@ private:
             const auto number = static_cast<std::uint32_t>(1 + random_() % kNames);
             std::array<char, 64> name{};
             std::int32_t size = name.size();
-            if (did(KvApplMan_getFlashApplInfo(pool_, t_.device, t_.access, number, 2, name.data(), &size))) {
+            if (did(call_(KvApplMan_getFlashApplInfo, number, 2, name.data(), &size))) {
                 EXPECT_EQ(name.data(), nameOf(device_, number));
             }
         }
     }
 
-    void list() {
+    void listNames() {
         std::uint32_t count = kNames;
         std::array<std::uint32_t, kNames> numbers{};
-        did(KvApplMan_getFlashApplications(pool_, t_.device, t_.access, 0, &count, numbers.data()));
+        did(call_(KvApplMan_getFlashApplications, 0, &count, numbers.data()));
         for (std::uint32_t i = 0; i < count && i < kNames; ++i) {
             EXPECT_LE(numbers[i], kNames);
         }
-        KvTApplicationInfo* infos = nullptr;
-        std::uint32_t infoCount = 0;
-        did(KvApplMan_getApplInfoList(pool_, t_.device, t_.access, &infos, &infoCount, nullptr));
-        KvApplMan_freeApplInfoList(&infos, &infoCount);
     }
 
-    const TargetDevice& t_;
     const std::uint32_t device_;
     std::mt19937 random_;
-    const std::string file_;
-    Pool pool_{};
+    const Pool pool_{};
+    Call call_;
     std::uint64_t done_ = 0;
     std::uint64_t failed_ = 0;
 };

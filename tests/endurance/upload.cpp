@@ -5,41 +5,26 @@
 #include <exception>
 #include <span>
 
-#include "api/KvApplicationManagerAP.h"
+#include "faults/calls.h"
 #include "support/pool.h"
 
 namespace {
 
 constexpr std::uint32_t kFolder = 512;
 
-struct Host {
-    bool upload(const char* address, std::span<char*> folders) {
-        if (KvPlatform_addDevice(pool, address, 1, &device) != 0) { return false; }
-        const bool done = KvHIM_createAccessRestrictionHandle(pool, device, &access) == 0 && load(folders);
-        return KvPlatform_removeDevice(pool, device) == 0 && done;
+bool upload(const char* address, std::span<char*> folders) {
+    const Pool pool;
+    Call call{*pool};
+    bool done = KvPlatform_addDevice(pool, address, 1, &call.device) == 0 &&
+                KvHIM_createAccessRestrictionHandle(pool, call.device, &call.access) == 0 && registerAppl(call) == 0;
+    for (const char* const folder : folders) {
+        done = done && loadFrom(call, folder, "", kFolder) == 0;
+        if (done) { std::puts(folder); }
+        std::fflush(stdout);
+        while (done && folder != folders.back() && std::getchar() > '\n') {}
     }
-
-private:
-    bool load(std::span<char*> folders) {
-        KvSApplGroupHandle* group = nullptr;
-        if (KvApplMan_createApplGroupHandle_2(pool, &device, &access, 1, &group) != 0) { return false; }
-        std::uint32_t applId = 0;
-        bool done = KvApplMan_registerAppl_2(pool, device, access, group, 1, &applId) == 0;
-        for (const char* const folder : folders) {
-            done = done && KvApplMan_loadFileUtf8(pool, device, access, applId, folder, "", "", kFolder, 0, nullptr,
-                                                  nullptr, nullptr) == 0;
-            if (done) { std::puts(folder); }
-            std::fflush(stdout);
-            while (folder != folders.back() && std::getchar() > '\n') {}
-        }
-        KvApplMan_deleteApplGroupHandle(pool, group);
-        return done;
-    }
-
-    Pool pool{};
-    void* device = nullptr;
-    void* access = nullptr;
-};
+    return KvPlatform_removeDevice(pool, call.device) == 0 && done;
+}
 
 } // namespace
 
@@ -48,7 +33,7 @@ int main(int count, char** arguments) try {
         std::fprintf(stderr, "usage: upload HOST:PORT FOLDER...\n");
         return 2;
     }
-    return Host{}.upload(arguments[1], std::span{arguments + 2, arguments + count}) ? 0 : 1;
+    return upload(arguments[1], std::span{arguments + 2, arguments + count}) ? 0 : 1;
 } catch (const std::exception& failure) {
     std::fprintf(stderr, "upload: %s\n", failure.what());
     return 2;

@@ -6,6 +6,7 @@
 #include <unistd.h>
 
 #include "api/api_test.h"
+#include "faults/calls.h"
 
 using namespace applman;
 
@@ -53,10 +54,7 @@ private:
         mapped(nullptr, shared_ + 2 * kPiece, PROT_NONE, -1, MAP_PRIVATE | MAP_ANONYMOUS | MAP_NORESERVE);
 };
 
-struct Given {
-    KvCErrorListPool& pool;
-    void* device;
-    void* access;
+struct Given : Call {
     std::uint8_t* buffer;
     std::uint32_t size;
 };
@@ -84,7 +82,7 @@ std::uint32_t* words(Given& g) { return reinterpret_cast<std::uint32_t*>(g.buffe
 
 template <std::uint32_t kItem, auto kFunction = KvApplMan_getApplInfo>
 std::int32_t info(Given& g) {
-    return kFunction(g.pool, g.device, g.access, 1, kItem, g.buffer, signedSize(g));
+    return g(kFunction, 1, kItem, g.buffer, signedSize(g));
 }
 
 const std::string kDecode = "decodeParameterReturnValue 0x12500014";
@@ -106,19 +104,16 @@ const Row kRows[] = {
     {"flashText", 4, Tells::need, -200, kDecode, info<2, KvApplMan_getFlashApplInfo>,
      kGetFlashParam, wire::value(Text{"abc"}), kInt},
     {"applications", 3, Tells::always, -200, "KvApplMan_getApplications 0x12500012",
-     [](Given& g) { return KvApplMan_getApplications(g.pool, g.device, g.access, 0, words(g), signedSize(g)); },
+     [](Given& g) { return g(KvApplMan_getApplications, 0, words(g), signedSize(g)); },
      kGetApplications, wire::value(Words{1, 2, 3}), 0x40000001, 4},
     {"cores", 2, Tells::always, -200, "",
-     [](Given& g) { return KvApplMan_getAvailableCoreIDs(g.pool, g.device, g.access, 0, &g.size, words(g)); },
+     [](Given& g) { return g(KvApplMan_getAvailableCoreIDs, 0, &g.size, words(g)); },
      kGetCoreIds, wire::reply(TApplManCoreIdResult{77, 0, {}, {1, 2}}), 0xffffffff, 4},
     {"flashApplications", 2, Tells::always, -200, "KvApplMan_getFlashApplications 0x1250003c",
-     [](Given& g) { return KvApplMan_getFlashApplications(g.pool, g.device, g.access, 0, &g.size, words(g)); },
+     [](Given& g) { return g(KvApplMan_getFlashApplications, 0, &g.size, words(g)); },
      kGetFlashApplications, wire::reply(TApplManFlashListResult{77, 0, {}, {1, 2}, {}, {8}}), 0x40000001, 4},
     {"files", 2, Tells::always, -833, "KvApplMan_getFileInfo 0x12500027",
-     [](Given& g) {
-         auto* const files = reinterpret_cast<TApplManAddFileInfo*>(g.buffer);
-         return KvApplMan_getFileInfo(g.pool, g.device, g.access, 1, &g.size, files);
-     },
+     [](Given& g) { return g(KvApplMan_getFileInfo, 1, &g.size, reinterpret_cast<TApplManAddFileInfo*>(g.buffer)); },
      kGetFileList, wire::reply(TApplManFileListResult{0, 0, {{"a", "b", "c", 9}, {"x", "", "z", 8}}, {}}),
      1'289'021, sizeof(TApplManAddFileInfo)},
 };
@@ -130,7 +125,7 @@ protected:
 
     void fill(std::uint32_t size) {
         const Buffer buffer{size * row.unit};
-        Given given{*pool, t.device, t.access, buffer.data(), size};
+        Given given{{*pool, t.device, t.access}, buffer.data(), size};
         const std::int32_t status = row.call(given);
         const bool fits = row.anyLarger ? size >= row.exact : size == row.exact;
         Messages reported = messages(pool);

@@ -28,9 +28,8 @@ TEST(StorePath, IsNoneForWhatWouldLeaveTheStoreOrIsNoNameOnSomeSystem) {
 TEST(StorePath, HasANamePerDirectory) {
     const std::pair<std::string, StorePath> good[] = {
         {"a\\b/c", {"a", "b", "c"}},
-        {"..a/a..b/.a", {"..a", "a..b", ".a"}},
-        {"CONSOLE/COM10/com/nullify", {"CONSOLE", "COM10", "com", "nullify"}},
-        {"Gr\u00f6\u00dfe/ a", {"Gr\u00f6\u00dfe", " a"}},
+        {"..a/a..b/.a/ a", {"..a", "a..b", ".a", " a"}},
+        {"CONSOLE/COM10/Gr\u00f6\u00dfe", {"CONSOLE", "COM10", "Gr\u00f6\u00dfe"}},
         {std::string(255, 'a'), {std::string(255, 'a')}}};
     for (const auto& [text, path] : good) {
         EXPECT_EQ(parseStorePath(text), path) << text;
