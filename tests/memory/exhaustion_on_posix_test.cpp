@@ -60,7 +60,7 @@ const Row kRows[] = {
     {"stepAppl", command<KvApplMan_stepAppl>, kCall},
     {"getApplInfo", readAddresses, kCall},
     {"getApplInfoDefault", readAddresses, kDownload, Lack::mayReadAsNothing, 0, kGetParam, wire::noValue({0x14a00804})},
-    {"getApplications", getApplications, kCall},
+    {"getApplications", getApplications, kCall, Lack::fails, 0, kGetApplications, wire::value(Words{8, 9})},
     {"getApplInfoList", getInfoList, kCall, Lack::mayReadAsNothing},
     {"getAvailableCoreIDs", getCores, kClient, Lack::mayReadAsNothing},
     {"loadFile", loadFile, kLoad},
