@@ -239,14 +239,25 @@ bool concerns(const FaultRow& fault, const RequestRow& row) {
 }
 
 /// What does not follow from the two tables. A transfer awaits its replies together; a registration goes on when the
-/// host's time cannot be told, with a request that has the same fault or, after a reboot, another end.
+/// host's time cannot be told, and a download when the name for its binary cannot be read, with a request that has the
+/// same fault or, after a reboot, another end.
 enum class Means : std::uint8_t { whatItLooks, nothing, noRegistration, anything };
+struct ExceptionRow {
+    std::string_view fault, call;
+    Run run;
+    Means means;
+};
+const ExceptionRow kExceptions[] = {
+    {"overtaken", "file.1", download, Means::nothing},     {"overtaken", "file.1", loadFile, Means::nothing},
+    {"overtaken", "file.2", download, Means::nothing},     {"stop-reading", "2@1", registerAppl, Means::noRegistration},
+    {"hang,reboot", "2@1", registerAppl, Means::anything}, {"hang,reboot", "10@3", download, Means::anything},
+};
 
 Means meansOf(const RequestRow& row, const std::string& fault) {
-    if (fault == "overtaken" && (row.call == "file.1" || row.call == "file.2")) { return Means::nothing; }
-    if (row.run != registerAppl || row.call != "2@1") { return Means::whatItLooks; }
-    if (fault == "stop-reading") { return Means::noRegistration; }
-    return fault == "hang,reboot" ? Means::anything : Means::whatItLooks;
+    const auto* const found = std::ranges::find_if(kExceptions, [&](const ExceptionRow& exception) {
+        return exception.fault == fault && exception.call == row.call && exception.run == row.run;
+    });
+    return found == std::end(kExceptions) ? Means::whatItLooks : found->means;
 }
 
 Expected expectedOf(const RequestRow& row, const FaultRow& fault, const Expected& faultless, const Expected& got) {
