@@ -1,4 +1,8 @@
-// File transfer into the store of a simulated target, and to peers that do not play by the rules.
+// File transfer into the store of a simulated target.
+#if !defined(_WIN32)
+#include <sys/stat.h>
+#endif
+
 #include <fstream>
 #include <functional>
 #include <iterator>
@@ -8,7 +12,6 @@
 #include "error_lists/platform_messages.h"
 #include "platform/host_system.h"
 #include "support/one_target.h"
-#include "support/scripted_peer.h"
 
 namespace {
 
@@ -26,98 +29,86 @@ std::string contentOf(std::size_t size) {
     return content;
 }
 
-std::string contentOf(const fs::path& file) {
-    std::ifstream stream{file, std::ios::binary};
-    return {std::istreambuf_iterator<char>{stream}, {}};
-}
-
-/// A host file, and a device with a file-transfer handle; the calls that tell of progress are passed on.
-class Sender {
-public:
-    explicit Sender(void* device) { KvHIM_createFTClientHandle(pool, device, &handle); }
-    ~Sender() { KvHIM_deleteFTClientHandle(pool, handle); }
-    Sender(const Sender&) = delete;
-    Sender& operator=(const Sender&) = delete;
+/// A host file and a file-transfer handle of a target's device; the calls that tell of progress are passed on.
+class FileTransfer : public testing::Test {
+protected:
+    FileTransfer() { EXPECT_EQ(KvHIM_createFTClientHandle(pool, target.device, &handle), 0); }
+    ~FileTransfer() override { EXPECT_EQ(KvHIM_deleteFTClientHandle(pool, handle), 0); }
 
     std::int64_t send(std::size_t size, const char* name = "name") {
-        std::ofstream{path(), std::ios::binary} << contentOf(size);
-        const std::u16string full = *host_system::fullPath(path().u16string());
-        const auto report = [](std::uint64_t bytes, void* self) { static_cast<Sender*>(self)->onProgress(bytes); };
-        return KvHIM_putFileU(pool, nullptr, handle, full.c_str(), "dir", name, report, this);
+        std::ofstream{file, std::ios::binary} << contentOf(size);
+        return sendFile(name);
     }
-    fs::path path() const { return folder_.path() / "file"; }
+    std::int64_t sendFile(const char* name) {
+        const std::u16string path = *host_system::fullPath(file.u16string());
+        const auto report = [](std::uint64_t bytes, void* self) {
+            static_cast<FileTransfer*>(self)->onProgress(bytes);
+        };
+        return KvHIM_putFileU(pool, nullptr, handle, path.c_str(), "dir", name, report, this);
+    }
+    std::string arrived(const char* name = "name") const {
+        std::ifstream stream{target.store() / "dir" / name, std::ios::binary};
+        return {std::istreambuf_iterator<char>{stream}, {}};
+    }
 
+    TargetDevice target{};
+    TemporaryFolder folder{};
+    const fs::path file = folder.path() / "file";
     std::function<void(std::uint64_t)> onProgress = [](std::uint64_t) {};
     Pool pool{};
     void* handle = nullptr;
-
-private:
-    TemporaryFolder folder_{};
-};
-
-class FileTransfer : public testing::Test {
-protected:
-    fs::path arrived(const char* name = "name") const { return target.store() / "dir" / name; }
-
-    TargetDevice target{};
-    Sender sender{target.device};
 };
 
 TEST_F(FileTransfer, ContentArrivesExactlyAndEveryChunkIsReported) {
     std::vector<std::uint64_t> reports;
-    sender.onProgress = [&](std::uint64_t bytes) { reports.push_back(bytes); };
+    onProgress = [&](std::uint64_t bytes) { reports.push_back(bytes); };
     for (const std::size_t size : {std::size_t{0}, std::size_t{1}, kChunk, kChunk + 1, 20 * kChunk - 1}) {
         SCOPED_TRACE(size);
         reports.clear();
-        EXPECT_EQ(sender.send(size), static_cast<std::int64_t>(size));
-        EXPECT_TRUE(contentOf(arrived()) == contentOf(size));
+        EXPECT_EQ(send(size), static_cast<std::int64_t>(size));
+        EXPECT_TRUE(arrived() == contentOf(size));
         std::vector<std::uint64_t> expected;
         for (std::size_t sent = 0; sent < size; sent = expected.back()) {
             expected.push_back(std::min(sent + kChunk, size));
         }
         EXPECT_EQ(reports, expected);
     }
-    EXPECT_EQ(sender.pool.codes(), Codes{});
-    EXPECT_EQ(target.target.acceptedConnections(), 1U);
+    EXPECT_EQ(pool.codes(), Codes{});
 }
 
 TEST_F(FileTransfer, WhatChangesWhileItIsSentArrivesAsAnnouncedOrNotAtAll) {
     constexpr std::size_t kSize = 30 * kChunk + 7;
-    bool changed = false;
-    sender.onProgress = [&](std::uint64_t) {
-        if (!std::exchange(changed, true)) { std::ofstream{sender.path(), std::ios::app} << "more"; }
-    };
-    EXPECT_EQ(sender.send(kSize, "grown"), static_cast<std::int64_t>(kSize));
-    EXPECT_TRUE(contentOf(arrived("grown")) == contentOf(kSize));
+    onProgress = [&](std::uint64_t) { std::ofstream{file, std::ios::app} << "more"; };
+    EXPECT_EQ(send(kSize, "grown"), static_cast<std::int64_t>(kSize));
+    EXPECT_TRUE(arrived("grown") == contentOf(kSize));
 #if !defined(_WIN32)
-    sender.onProgress = [&](std::uint64_t) { fs::remove(sender.path()); };
-    EXPECT_EQ(sender.send(kSize, "vanished"), static_cast<std::int64_t>(kSize));
-    EXPECT_TRUE(contentOf(arrived("vanished")) == contentOf(kSize));
+    onProgress = [&](std::uint64_t) { fs::remove(file); };
+    EXPECT_EQ(send(kSize, "vanished"), static_cast<std::int64_t>(kSize));
+    EXPECT_TRUE(arrived("vanished") == contentOf(kSize));
+    fs::remove(target.store() / "dir" / "vanished");
 #endif
-    sender.onProgress = [&](std::uint64_t) { fs::resize_file(sender.path(), 9 * kChunk + 5); };
-    EXPECT_LT(sender.send(kSize, "cut off"), 0);
-    EXPECT_EQ(sender.pool.codes(), Codes{kTransferSourceChanged});
-    for (const auto& left : fs::directory_iterator{arrived().parent_path()}) {
-        EXPECT_TRUE(left.path().filename() == "grown" || left.path().filename() == "vanished") << left.path();
+    onProgress = [&](std::uint64_t) { fs::resize_file(file, 9 * kChunk + 5); };
+    EXPECT_LT(send(kSize, "cut off"), 0);
+    EXPECT_EQ(pool.codes(), Codes{kTransferSourceChanged});
+    for (const auto& left : fs::directory_iterator{target.store() / "dir"}) {
+        EXPECT_EQ(left.path().filename(), "grown");
     }
 }
 
-TEST(FileTransferPeer, ASmallFileTakesOneRoundTrip) {
-    scripted_peer::ScriptedPeer peer{{[](const scripted_peer::Wire& wire) {
-        std::vector<scripted_peer::Bytes> calls(3);
-        for (auto& call : calls) {
-            call = wire.receiveRecord();
-        }
-        for (const auto& call : calls) {
-            wire.send(scripted_peer::reply(call, scripted_peer::words({0})));
-        }
-        wire.awaitEnd();
-    }}};
-    Pool pool;
-    void* device = nullptr;
-    ASSERT_EQ(KvPlatform_addDevice(pool, peer.address().c_str(), 1, &device), 0);
-    EXPECT_EQ(Sender{device}.send(100), 100);
-    EXPECT_EQ(KvPlatform_removeDevice(pool, device), 0);
+TEST_F(FileTransfer, WhatIsRefusedOrNoRegularFileCostsNoConnection) {
+    EXPECT_LT(send(3 * kChunk, ".."), 0);
+    EXPECT_LT(KvHIM_makeDir(pool, nullptr, handle, "dir", ".."), 0);
+    fs::remove(file);
+    EXPECT_LT(sendFile("name"), 0);
+#if defined(_WIN32)
+    fs::create_directory(file);
+#else
+    ASSERT_EQ(::mkfifo(file.c_str(), 0600), 0);
+#endif
+    EXPECT_LT(sendFile("name"), 0);
+    EXPECT_EQ(pool.codes(), (Codes{kTransferRefused, kTransferDirectoryRefused, kTransferSourceUnreadable,
+                                   kTransferSourceUnreadable}));
+    EXPECT_EQ(target.target.acceptedConnections(), 1U);
 }
 
 } // namespace

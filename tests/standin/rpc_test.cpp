@@ -1,6 +1,7 @@
-// The RPC client and the server half, each against the other and against peers that do not play by the rules.
+// The RPC client against peers that do not play by the rules, and a server against such clients.
 #if !defined(_WIN32)
-#include <arpa/inet.h>
+#include <netinet/in.h>
+#include <sys/resource.h>
 #include <sys/socket.h>
 #include <unistd.h>
 #endif
@@ -11,8 +12,7 @@
 
 #include "error_lists/platform_messages.h"
 #include "platform/rpc_client.h"
-#include "rpc_server/rpc_server.h"
-#include "support/pool.h"
+#include "support/one_target.h"
 #include "support/scripted_peer.h"
 #include "support/shortened_limits.h"
 
@@ -22,54 +22,16 @@ using namespace platform_messages;
 using namespace scripted_peer;
 using Codes = std::vector<std::uint32_t>;
 
-constexpr std::uint32_t kEcho = 10, kThrow = 11, kLacked = 12; // procedures
-
-class EchoService : public kvrpc::RpcService {
-public:
-    kvrpc::RpcReply handle(const kvrpc::RpcCall& call) override {
-        if (call.procedure == kThrow) { throw std::runtime_error{"broken"}; }
-        kvrpc::RpcReply reply;
-        if (call.procedure == kLacked) { reply.status = kvrpc::AcceptStatus::procedureUnavailable; }
-        reply.results.assign(call.arguments.begin(), call.arguments.end());
-        return reply;
-    }
-    void connectionClosed(std::uint64_t) noexcept override {}
-};
-
-bool xdrNumber(Xdr& xdr, void* value) { return xdr_u_int(xdr, *static_cast<std::uint32_t*>(value)); }
 bool xdrText(Xdr& xdr, void* value) { return xdr_string(xdr, *static_cast<std::string*>(value)); }
 
+/// A client, and calls that a good peer answers with their own argument.
 struct Client {
     explicit Client(const std::string& address) : client(pool, address.c_str()) {}
 
-    std::int32_t call(std::uint32_t procedure, std::uint32_t number) { return callWith(pool, procedure, number); }
-    bool echoes(std::uint32_t number) { return call(kEcho, number) == 0; }
-    bool echoes(std::string text) {
+    bool echoes(const std::string& text = "text") { return echoes(pool, text); }
+    bool echoes(KvCErrorListPool& own, std::string text) {
         std::string received;
-        return client.clntCall(pool, kEcho, xdrText, &text, xdrText, &received) == 0 && received == text;
-    }
-
-    /// Sends a number. Result: that of the call, or 99 when another number came back.
-    std::int32_t callWith(Pool& own, std::uint32_t procedure, std::uint32_t sent) {
-        std::uint32_t received = ~sent;
-        const std::int32_t result = client.clntCall(own, procedure, xdrNumber, &sent, xdrNumber, &received);
-        return result == 0 && received != sent ? 99 : result;
-    }
-
-    /// Sends `count` numbers at once. Result: how many came back to where they came from.
-    int echoesAtOnce(std::uint32_t count) {
-        std::atomic<int> right{0};
-        std::vector<std::thread> threads;
-        for (std::uint32_t number = 0; number < count; ++number) {
-            threads.emplace_back([&, number] {
-                Pool own;
-                right += callWith(own, kEcho, number) == 0 ? 1 : 0;
-            });
-        }
-        for (std::thread& thread : threads) {
-            thread.join();
-        }
-        return right;
+        return client.clntCall(own, 10, xdrText, &text, xdrText, &received) == 0 && received == text;
     }
 
     Pool pool{};
@@ -78,63 +40,99 @@ struct Client {
 
 Bytes echoOf(const Bytes& call) { return reply(call, Bytes(call.begin() + 40, call.end())); }
 
-/// Answers every call with its own argument, until the client is gone.
+/// Until the client is gone.
 void echoAll(const Wire& wire) {
     for (Bytes call = wire.receiveRecord(); !call.empty(); call = wire.receiveRecord()) {
         wire.send(echoOf(call));
     }
 }
 
-class Rpc : public testing::Test {
-protected:
-    EchoService service{};
-    kvrpc::RpcServer server{service};
-    std::string address = server.start("127.0.0.1", 0);
-    Client client{address};
-};
-
-TEST_F(Rpc, CallsOfManyThreadsShareOneConnectionThatOutlivesTheirFailures) {
-    EXPECT_TRUE(client.echoes(std::string(3 << 20, 'x')));
-    EXPECT_EQ(client.call(kLacked, 1), KvCRpcClient::kProcedureNotOffered);
-    EXPECT_EQ(client.pool.codes(), Codes{}) << "a procedure that is not offered is told by the result alone";
-    EXPECT_LT(client.call(kThrow, 1), 0);
-
-    const XdrRoutine failing = [](Xdr&, void*) { return false; };
-    const XdrRoutine throwing = [](Xdr&, void*) -> bool { throw std::bad_alloc{}; };
-    std::uint32_t number = 0;
-    EXPECT_LT(client.client.clntCall(client.pool, kEcho, failing, &number, xdrNumber, &number), 0);
-    EXPECT_LT(client.client.clntCall(client.pool, kEcho, throwing, &number, xdrNumber, &number), 0);
-    EXPECT_LT(client.client.clntCall(client.pool, kEcho, xdrNumber, &number, failing, &number), 0);
-    EXPECT_LT(client.client.clntCall(client.pool, kEcho, xdrNumber, &number, throwing, &number), 0);
-    EXPECT_EQ(client.pool.codes(), (Codes{kRpcCallRefused, kRpcRequestNotEncoded, kRpcClientUnusable,
-                                          kRpcReplyMalformed, kRpcClientUnusable}));
-    for (int round = 0; round < 50; ++round) {
-        EXPECT_EQ(client.echoesAtOnce(16), 16);
+TEST(RpcClient, CallsOfManyThreadsShareOneConnectionAndTheirRepliesMayOvertakeEachOther) {
+    constexpr std::size_t kThreads = 16;
+    constexpr int kRounds = 50;
+    ScriptedPeer peer{{[](const Wire& wire) {
+        for (int round = 0; round < kRounds; ++round) {
+            Bytes replies;
+            for (std::size_t i = 0; i < kThreads; ++i) {
+                replies = echoOf(wire.receiveRecord()) + replies;
+            }
+            wire.send(replies);
+        }
+        wire.awaitEnd();
+    }}};
+    Client client{peer.address()};
+    for (int round = 0; round < kRounds; ++round) {
+        std::vector<std::thread> threads;
+        for (std::size_t number = 0; number < kThreads; ++number) {
+            threads.emplace_back([&client, number] {
+                Pool own;
+                EXPECT_TRUE(client.echoes(own, std::string(1000 * number, 'x')));
+            });
+        }
+        for (std::thread& thread : threads) {
+            thread.join();
+        }
     }
-    EXPECT_EQ(server.acceptedConnections(), 1U);
 }
 
 TEST(RpcClient, TakesRepliesInEveryFormThatIsAllowedAndIgnoresThoseOfNobody) {
-    ScriptedPeer peer{{[](const Wire& wire) {
+    std::latch taken{1};
+    ScriptedPeer peer{{[&](const Wire& wire) {
                            const Bytes call = wire.receiveRecord();
                            wire.send(reply(words({wordAt(call, 0) + 1000}), words({99})) + fragment(call));
                            // An unknown verifier, padding of any value, bytes behind the results.
                            const Bytes record = words({wordAt(call, 0), 1, 0, 77, 397}) + Bytes(400, 0xEE) +
-                                                words({0, wordAt(call, 10), 1, 2, 3});
+                                                words({0, wordAt(call, 10), wordAt(call, 11), 2, 3});
                            for (std::size_t i = 0; i < record.size(); ++i) {
                                wire.send(fragment({}, false) + fragment({record[i]}, i + 1 == record.size()));
                            }
                            wire.send(reply(call, words({99})));
                            wire.send(echoOf(wire.receiveRecord()) + reply(call, words({99})));
+                           taken.wait();
+                           wire.send({0x80, 0, 0, 30, 1}); // the end comes within a late reply
                        },
                        echoAll}};
     Client client{peer.address()};
-    EXPECT_TRUE(client.echoes(1));
-    EXPECT_TRUE(client.echoes(2));
+    EXPECT_TRUE(client.echoes());
+    EXPECT_TRUE(client.echoes("other"));
+    taken.count_down();
     peer.awaitFirstClosed();
-    EXPECT_TRUE(client.echoes(3)) << "a connection that is found closed is replaced unnoticed";
+    EXPECT_TRUE(client.echoes()) << "a connection that is found closed is replaced unnoticed";
     EXPECT_EQ(peer.accepted(), 2);
     EXPECT_EQ(client.pool.codes(), Codes{});
+}
+
+TEST(RpcClient, ABadReplyCostsItsCallAndABrokenStreamTheConnectionToo) {
+    const struct {
+        const char* name;
+        Bytes sent; // behind the xid when the connection is kept
+        std::uint32_t message;
+        bool kept = true;
+    } rows[] = {
+        {"reject status that makes 3 of 100", words({1, 1, 0xFFFFFF9F}), kRpcCallRefused},
+        {"unknown reply status", words({1, 5, 0, 0, 0, 0}), kRpcReplyMalformed},
+        {"verifier too long", words({1, 0, 0, 401}) + Bytes(404, 0) + words({0, 0}), kRpcReplyMalformed},
+        {"verifier longer than the record", words({1, 0, 0, 0x7FFFFFFC, 0, 0}), kRpcReplyMalformed},
+        {"verifier whose padding wraps", words({1, 0, 0, 0xFFFFFFFF, 0, 0}), kRpcReplyMalformed},
+        {"no results", words({1, 0, 0, 0, 0}), kRpcReplyMalformed},
+        {"empty record", fragment({}), kRpcReplyMalformed, false},
+        {"empty fragments for ever", Bytes(1 << 20, 0), kRpcReplyMalformed, false},
+        {"end within a reply", words({0x80000020, 1, 1, 0}), kRpcConnectionLost, false},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.name);
+        ScriptedPeer peer{{[&](const Wire& wire) {
+                               const Bytes xid = words({wordAt(wire.receiveRecord(), 0)});
+                               wire.send(row.kept ? fragment(xid + row.sent) : row.sent);
+                               if (row.kept) { echoAll(wire); }
+                           },
+                           echoAll}};
+        Client client{peer.address()};
+        EXPECT_FALSE(client.echoes());
+        EXPECT_EQ(client.pool.codes(), Codes{row.message});
+        EXPECT_TRUE(client.echoes());
+        EXPECT_EQ(peer.accepted(), row.kept ? 1 : 2);
+    }
 }
 
 TEST(RpcClient, WhenTheReaderGivesUpAnotherCallGoesOnReading) {
@@ -151,13 +149,13 @@ TEST(RpcClient, WhenTheReaderGivesUpAnotherCallGoesOnReading) {
     Client shared{peer.address()};
     EXPECT_EQ(shared.client.setParameter(shared.pool, 6, 50'000), 0);
     std::thread first{[&] {
-        EXPECT_FALSE(shared.echoes(1));
+        EXPECT_FALSE(shared.echoes());
         firstGaveUp.count_down();
     }};
     firstArrived.wait();
-    EXPECT_EQ(shared.client.setParameter(shared.pool, 6, 15'000'000), 0);
     Pool pool;
-    EXPECT_EQ(shared.callWith(pool, kEcho, 2), 0);
+    EXPECT_EQ(shared.client.setParameter(pool, 6, 15'000'000), 0);
+    EXPECT_TRUE(shared.echoes(pool, "second"));
     first.join();
 }
 
@@ -171,13 +169,12 @@ TEST(RpcClient, APeerThatStopsReadingCostsTheCallTimeoutAndTheConnection) {
     }
     gaveUp.count_down();
     EXPECT_EQ(client.pool.codes(), Codes{kRpcCallTimedOut});
-    EXPECT_TRUE(client.echoes(2));
-    EXPECT_EQ(peer.accepted(), 2);
+    EXPECT_TRUE(client.echoes());
 }
 
 TEST(RpcClient, APeerThatTakesNothingBeforeItsLateReplyIsTakenIsServed) {
     constexpr std::size_t kMuch = 8 << 20;
-    ScriptedPeer peer{{[&](const Wire& wire) {
+    ScriptedPeer peer{{[](const Wire& wire) {
         const Bytes late = wire.receiveRecord();
         const Bytes start = wire.receive(48); // of the second call
         wire.send(reply(late, Bytes(2 * kMuch, 0)));
@@ -187,54 +184,31 @@ TEST(RpcClient, APeerThatTakesNothingBeforeItsLateReplyIsTakenIsServed) {
     Client client{peer.address()};
     {
         const ShortenedLimits shortened;
-        EXPECT_FALSE(client.echoes(1));
+        EXPECT_FALSE(client.echoes());
     }
     EXPECT_TRUE(client.echoes(std::string(kMuch, 'x')));
 }
 
-TEST(RpcClient, AConnectionThatEndedWithinALateReplyIsReplacedUnnoticed) {
-    std::latch gaveUp{1};
-    ScriptedPeer peer{{[&](const Wire& wire) {
-                           const Bytes late = echoOf(wire.receiveRecord());
-                           gaveUp.wait();
-                           wire.send(Bytes(late.begin(), late.end() - 1));
-                       },
-                       echoAll}};
-    Client client{peer.address()};
-    {
-        const ShortenedLimits shortened;
-        EXPECT_FALSE(client.echoes(1));
-    }
-    gaveUp.count_down();
-    peer.awaitFirstClosed();
-    EXPECT_TRUE(client.echoes(2));
-}
-
 TEST(RpcClient, TellsWhyItCannotConnect) {
-    const ShortenedLimits shortened;
     std::string dead;
     { dead = ScriptedPeer{{}}.address(); }
-    const std::pair<std::string, std::uint32_t> cases[] = {{dead, kRpcConnectionRefused},
-                                                           {"255.255.255.255:1", kRpcHostUnreachable},
-                                                           {"localhost:80", kRpcClientUnusable}};
-    for (const auto& [address, message] : cases) {
+    const std::pair<std::string, std::uint32_t> rows[] = {{dead, kRpcConnectionRefused},
+                                                          {"255.255.255.255:1", kRpcHostUnreachable},
+                                                          {"localhost:80", kRpcClientUnusable}};
+    for (const auto& [address, message] : rows) {
         Client client{address};
         EXPECT_LT(client.client.connect(client.pool), 0);
-        EXPECT_FALSE(client.echoes(1)) << "a call tries again, and fails alike";
+        EXPECT_FALSE(client.echoes()) << "a call tries again, and fails alike";
         EXPECT_EQ(client.pool.codes(), (Codes{message, message}));
-        EXPECT_NE(client.pool.text(0).find(address), std::string::npos);
     }
 }
 
 #if !defined(_WIN32)
 TEST(RpcClient, AnAddressThatIsSilentCostsTheConnectTimeout) {
     const int listener = ::socket(AF_INET, SOCK_STREAM, 0);
+    ASSERT_EQ(::listen(listener, 0), 0); // at a port that the system picks
     sockaddr_in local{};
-    local.sin_family = AF_INET;
-    local.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
     socklen_t length = sizeof local;
-    ASSERT_EQ(::bind(listener, reinterpret_cast<const sockaddr*>(&local), length), 0);
-    ASSERT_EQ(::listen(listener, 0), 0);
     ASSERT_EQ(::getsockname(listener, reinterpret_cast<sockaddr*>(&local), &length), 0);
     const std::string silent = "127.0.0.1:" + std::to_string(ntohs(local.sin_port));
     const Wire filler{silent}; // the backlog is full now, so that nobody answers the next
@@ -245,6 +219,56 @@ TEST(RpcClient, AnAddressThatIsSilentCostsTheConnectTimeout) {
     ::close(listener);
 }
 
+TEST(RpcClient, AnEndlessReplyCostsTheCallTimeoutAndTheMemoryOfWhatArrives) {
+    std::atomic<bool> gaveUp{false};
+    ScriptedPeer peer{{[&](const Wire& wire) {
+        wire.send(words({0x80000000U | (255U << 20)}));
+        while (!gaveUp) {
+            wire.send({0});
+        }
+    }}};
+    Client client{peer.address()};
+    rusage before{}, after{};
+    getrusage(RUSAGE_SELF, &before);
+    const ShortenedLimits shortened;
+    EXPECT_FALSE(client.echoes());
+    gaveUp = true;
+    getrusage(RUSAGE_SELF, &after);
+    EXPECT_EQ(client.pool.codes(), Codes{kRpcCallTimedOut});
+    EXPECT_LT(after.ru_maxrss - before.ru_maxrss, 4096) << "KiB";
+}
 #endif
+
+TEST(RpcServer, AnswersEveryCallAndClosesTheConnectionOfWhatIsNone) {
+    const Bytes call = words({8, 0, 2, 0x20004B56, 2, 0});
+    const Bytes credentials = words({9, 2, 0x61620000, 1000, 1000, 1, 4}); // stamp, "ab", user, group, a further group
+    const Bytes success = words({8, 1, 0, 0, 0, 0});
+    const struct {
+        const char* name;
+        Bytes sent;
+        Bytes reply; // none when the connection is closed instead
+    } rows[] = {
+        {"credentials", fragment(call + words({1, 28}) + credentials + words({0, 0})), success},
+        {"broken credentials", fragment(call + words({1, 4, 9, 0, 0})), words({8, 1, 1, 1, 1})},
+        {"unknown credentials", fragment(call + words({6, 0, 0, 0})), words({8, 1, 1, 1, 2})},
+        {"another RPC version", fragment(words({8, 0, 3})), words({8, 1, 1, 0, 2, 2})},
+        {"a reply", fragment(words({8, 1, 0, 0, 0, 0})), {}},
+        {"end within the head", fragment(words({8, 0, 2, 77, 1})), {}},
+        {"too long credentials", fragment(call + words({0, 404}) + Bytes(404, 0) + words({0, 0})), {}},
+        {"a record over the limit", words({0xFFFFFFFF}), {}},
+        {"half a mark, and no more", {0x80, 0}, {}},
+    };
+    const TargetDevice target;
+    const ShortenedLimits shortened;
+    const Wire idle{target.address};
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.name);
+        const Wire wire{target.address};
+        wire.send(row.sent);
+        EXPECT_EQ(wire.receiveRecord(), row.reply);
+    }
+    idle.send(fragment(call + words({0, 0, 0, 0})));
+    EXPECT_EQ(idle.receiveRecord(), success) << "an idle connection is kept";
+}
 
 } // namespace

@@ -7,7 +7,6 @@
 
 #include <windows.h>
 
-#include <tlhelp32.h>
 #include <winternl.h>
 
 std::size_t openHandles() {
@@ -27,31 +26,12 @@ std::size_t openHandles() {
                       [](const Handle& handle) { return handle.process == GetCurrentProcessId(); }));
 }
 
-std::size_t threads() {
-    const HANDLE all = CreateToolhelp32Snapshot(TH32CS_SNAPTHREAD, 0);
-    THREADENTRY32 thread{};
-    thread.dwSize = sizeof thread;
-    std::size_t count = 0;
-    for (BOOL more = Thread32First(all, &thread); more != 0; more = Thread32Next(all, &thread)) {
-        count += thread.th32OwnerProcessID == GetCurrentProcessId() ? 1U : 0U;
-    }
-    CloseHandle(all);
-    return count;
-}
-
 #else
 #include <filesystem>
 #include <iterator>
 
-namespace {
-
-std::size_t entries(const char* folder) {
-    return static_cast<std::size_t>(std::distance(std::filesystem::directory_iterator{folder}, {}));
+std::size_t openHandles() {
+    return static_cast<std::size_t>(std::distance(std::filesystem::directory_iterator{"/proc/self/fd"}, {}));
 }
-
-} // namespace
-
-std::size_t openHandles() { return entries("/proc/self/fd"); }
-std::size_t threads() { return entries("/proc/self/task"); }
 
 #endif

@@ -2,19 +2,18 @@
 #pragma once
 
 #include <atomic>
-#include <bit>
 #include <chrono>
 #include <cstdint>
 #include <functional>
 #include <initializer_list>
 #include <span>
-#include <stdexcept>
 #include <string>
 #include <thread>
 #include <utility>
 #include <vector>
 
 #include "rpc_wire/socket.h"
+#include "rtos/ipv4_endpoint.h"
 
 namespace scripted_peer {
 
@@ -91,14 +90,10 @@ private:
     static constexpr kvrpc::Deadline kNever = kvrpc::Deadline::max();
 
     static kvrpc::Socket connected(const std::string& address) {
-        const std::uint8_t loopback[] = {127, 0, 0, 1};
-        const auto port = static_cast<std::uint16_t>(std::stoi(address.substr(address.find(':') + 1)));
+        const auto endpoint = parseIpv4Endpoint(address).value();
         auto outcome = kvrpc::ConnectOutcome::failed;
         int error = 0;
-        auto socket = kvrpc::Socket::connect(std::bit_cast<std::uint32_t>(loopback), port,
-                                             kvrpc::Clock::now() + std::chrono::seconds{5}, outcome, error);
-        if (outcome != kvrpc::ConnectOutcome::connected) { throw std::runtime_error{"cannot connect to " + address}; }
-        return socket;
+        return kvrpc::Socket::connect(endpoint.address, endpoint.port, kNever, outcome, error);
     }
 
     kvrpc::Socket socket_;
