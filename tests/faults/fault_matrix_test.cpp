@@ -1,5 +1,6 @@
 // Every fault of a target in every request of every function: what the call looks like, times what the function does then.
 #include <algorithm>
+#include <cctype>
 #include <future>
 #include <optional>
 #include <set>
@@ -369,7 +370,12 @@ TEST_P(FaultMatrix, EveryRequestOfEveryFunction) {
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(Faults, FaultMatrix, testing::ValuesIn(kFaults));
+INSTANTIATE_TEST_SUITE_P(Faults, FaultMatrix, testing::ValuesIn(kFaults), [](const auto& instance) {
+    std::string name = instance.param.fault;
+    std::ranges::replace_if(
+        name, [](unsigned char c) { return std::isalnum(c) == 0; }, '_');
+    return name;
+});
 
 using Reboot = ApiTest;
 
