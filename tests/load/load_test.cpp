@@ -21,6 +21,17 @@ void* find(void* library, const char* name) {
     return reinterpret_cast<void*>(GetProcAddress(static_cast<HMODULE>(library), name));
 }
 bool unload(void* library) { return FreeLibrary(static_cast<HMODULE>(library)) != 0; }
+
+TEST(Library, TellsItsVersion) {
+    const auto library = static_cast<HMODULE>(load());
+    const HRSRC resource = FindResourceW(library, MAKEINTRESOURCEW(VS_VERSION_INFO), MAKEINTRESOURCEW(16));
+    ASSERT_NE(resource, nullptr);
+    const auto* const words = static_cast<const DWORD*>(LockResource(LoadResource(library, resource)));
+    const auto* const fixed = reinterpret_cast<const VS_FIXEDFILEINFO*>(words + 10); // behind L"VS_VERSION_INFO"
+    EXPECT_EQ(fixed->dwSignature, 0xFEEF04BDU);
+    EXPECT_EQ(fixed->dwProductVersionMS, DWORD{MAJOR_VERSION} << 16 | MINOR_VERSION);
+    EXPECT_TRUE(unload(library));
+}
 #else
 void* load() { return dlopen(LIBRARY, RTLD_NOW); }
 void* find(void* library, const char* name) { return dlsym(library, name); }
