@@ -40,14 +40,19 @@ TEST_F(HostProcess, SignalsNeitherEndACallNorProlongItsTimeout) {
         EXPECT_TRUE(answers());
     }
     const ShortenedLimits shortened;
-    silence();
-    const int before = signals;
-    const auto start = std::chrono::steady_clock::now();
-    EXPECT_EQ(getApplications(call), -185);
-    const auto time = std::chrono::steady_clock::now() - start;
-    EXPECT_GE(time, 50ms);
+    std::chrono::steady_clock::duration time = 1h;
+    int interruptions = 0;
+    for (int i = 0; i < 4 && (time > 150ms || interruptions <= 20); ++i) { // since the machine may be busy
+        silence();
+        const int before = signals;
+        const auto start = std::chrono::steady_clock::now();
+        EXPECT_EQ(getApplications(call), -185);
+        time = std::chrono::steady_clock::now() - start;
+        interruptions = signals - before;
+        EXPECT_GE(time, 50ms);
+    }
     EXPECT_LE(time, 150ms);
-    EXPECT_GT(signals - before, 20);
+    EXPECT_GT(interruptions, 20);
     const itimerval never{};
     EXPECT_EQ(setitimer(ITIMER_REAL, &never, nullptr), 0);
     std::signal(SIGALRM, SIG_IGN); // one may still be pending
