@@ -10,7 +10,7 @@
 #include "platform/host_system.h"
 #include "protocol/records.h"
 #include "rpc_client/rpc_channel.h"
-#include "target/store_path.h"
+#include "simulator/store_path.h"
 
 using namespace applman;
 using namespace host_system;

@@ -7,7 +7,7 @@
 #include "file_transfer/file_transfer_protocol.h"
 #include "fuzz/fuzz.h"
 #include "protocol/procedure_numbers.h"
-#include "target/target_service.h"
+#include "simulator/target_service.h"
 
 using namespace simulated_target;
 namespace fs = std::filesystem;

@@ -9,10 +9,10 @@
 #include <gtest/gtest.h>
 
 #include "platform/host_interface.h"
+#include "simulator/simulated_target.h"
 #include "support/pool.h"
 #include "support/recorded_clock.h"
 #include "support/wire.h"
-#include "target/simulated_target.h"
 
 /// The messages of a pool, each as `operation 0xcode(arguments)`. Those of the platform's own are left out: what they say
 /// is the business of the platform's tests.

@@ -8,7 +8,7 @@
 
 #include "error_lists/error_list_access.h"
 #include "protocol/records.h"
-#include "target/simulated_target.h"
+#include "simulator/simulated_target.h"
 
 namespace wire {
 

@@ -1,0 +1,77 @@
+#include "simulator/commands.h"
+
+#include <algorithm>
+#include <iterator>
+#include <stdexcept>
+
+#include "protocol/procedure_numbers.h"
+#include "simulator/parameters.h"
+#include "simulator/target_messages.h"
+
+namespace simulated_target {
+namespace {
+
+constexpr std::uint32_t in(AppState state) { return 1U << static_cast<std::uint32_t>(state); }
+using enum AppState;
+constexpr std::uint32_t kAtRest = in(registered) | in(loaded) | in(ready) | in(stopped);
+constexpr std::uint32_t kWithBinary = in(loaded) | in(ready) | in(running) | in(paused) | in(stopped);
+
+Failure load(Application& process, const CommandSetting& setting) {
+    const std::string directory = binaryDirectory(process);
+    const std::string name = binaryName(process);
+    const auto path = parseStorePath(directory);
+    if (setting.store == nullptr || !path || !setting.store->holdsFile(*path, name)) {
+        return message(Code::binaryMissing, {directory, name});
+    }
+    process.initialised = 0;
+    return {};
+}
+
+Failure initialise(Application& process, const CommandSetting&) {
+    ++process.initialised;
+    return {};
+}
+
+Failure notYetInitialised(const Application& process, const CommandSetting& setting) {
+    if (process.initialised >= setting.initialisationCalls) { return {}; }
+    return message(Code::notInitialised, {process.id, process.initialised, setting.initialisationCalls});
+}
+
+constexpr Command kCommands[] = {
+    // procedure, name, allowed in, leads to, removes, refusal, work
+    {applman::kInitAppl, "initialise", in(loaded), loaded, false, nullptr, initialise},
+    {applman::kLoadAppl, "load", kAtRest, loaded, false, nullptr, load},
+    {applman::kUnloadAppl, "unload", kWithBinary | in(registered), registered, true, nullptr, nullptr},
+    {applman::kStartAppl, "start", in(ready) | in(paused) | in(stopped), running, false, nullptr, nullptr},
+    {applman::kStopAppl, "stop", in(running) | in(paused), stopped, false, nullptr, nullptr},
+    {applman::kApplyAppl, "apply", in(loaded), ready, false, notYetInitialised, nullptr},
+    {applman::kLoadApplComplete, "load completely", kAtRest, ready, false, nullptr, load},
+    {applman::kPauseAppl, "pause", in(running), paused, false, nullptr, nullptr},
+    {applman::kStepAppl, "step", in(paused), paused, false, nullptr, nullptr},
+    {applman::kTerminateAppl, "terminate", kWithBinary, registered, false, nullptr, nullptr},
+};
+
+} // namespace
+
+const Command& commandOf(std::uint32_t procedure) {
+    const auto* const found = std::find_if(std::begin(kCommands), std::end(kCommands),
+                                           [=](const Command& command) { return command.procedure == procedure; });
+    if (found == std::end(kCommands)) { throw std::logic_error{"no command has this procedure"}; }
+    return *found;
+}
+
+Failure refusalOf(const Command& command, const Application& process, const CommandSetting& setting) {
+    if (process.pending) { return message(Code::commandUnderWay, {command.name, process.id}); }
+    if ((command.allowedIn & in(process.state)) == 0) {
+        const auto state = static_cast<std::uint32_t>(process.state);
+        return message(Code::notAllowedInState, {command.name, process.id, state});
+    }
+    return command.refusal == nullptr ? Failure{} : command.refusal(process, setting);
+}
+
+void carryOut(const Command& command, Application& process, const CommandSetting& setting) {
+    process.failure = command.work == nullptr ? Failure{} : command.work(process, setting);
+    if (!process.failure) { process.state = command.leadsTo; }
+}
+
+} // namespace simulated_target

@@ -1,0 +1,38 @@
+// The commands on a process: in which states a target accepts them, and what they lead to.
+#pragma once
+
+#include <cstdint>
+#include <optional>
+
+#include "simulator/application.h"
+#include "simulator/store.h"
+
+namespace simulated_target {
+
+struct CommandSetting {
+    const Store* store; // null when there is none
+    std::uint32_t initialisationCalls;
+};
+
+using Failure = std::optional<KvErrorListEntry>;
+
+struct Command {
+    std::uint32_t procedure;
+    const char* name;
+    std::uint32_t allowedIn; // a bit per state
+    AppState leadsTo;
+    bool removes;                                                                  // the process is gone afterwards
+    Failure (*refusal)(const Application& process, const CommandSetting& setting); // null: the state alone decides
+    Failure (*work)(Application& process, const CommandSetting& setting);          // null: it cannot fail
+};
+
+/// The procedure must be that of a command.
+const Command& commandOf(std::uint32_t procedure);
+
+/// Why a process does not accept a command now.
+Failure refusalOf(const Command& command, const Application& process, const CommandSetting& setting);
+
+/// Carries a command out. A process for which it fails stays in its state.
+void carryOut(const Command& command, Application& process, const CommandSetting& setting);
+
+} // namespace simulated_target

@@ -1,0 +1,104 @@
+// The program around a simulated target.
+#include <csignal>
+#include <cstdio>
+#include <exception>
+#include <string>
+#include <vector>
+
+#include "simulator/kvtarget_options.h"
+
+#if defined(_WIN32)
+#include <chrono>
+#include <thread>
+#else
+#include <pthread.h>
+#endif
+
+namespace {
+
+constexpr int kCannotRun = 1;
+constexpr int kBadCommandLine = 2;
+
+#if defined(_WIN32)
+
+volatile std::sig_atomic_t asked = 0;
+
+/// Ends of the program that a user or the system asks for.
+class EndRequests {
+public:
+    EndRequests() {
+        for (const int signal : {SIGINT, SIGTERM, SIGBREAK}) {
+            std::signal(signal, [](int) { asked = 1; });
+        }
+    }
+    void wait() const {
+        while (asked == 0) {
+            std::this_thread::sleep_for(std::chrono::milliseconds{50});
+        }
+    }
+};
+
+#else
+
+/// Ends of the program that a user or the system asks for. Made before any thread, so that none is interrupted.
+class EndRequests {
+public:
+    EndRequests() {
+        sigemptyset(&signals_);
+        sigaddset(&signals_, SIGINT);
+        sigaddset(&signals_, SIGTERM);
+        struct sigaction hangUp {};
+        sigaction(SIGHUP, nullptr, &hangUp);
+        if (hangUp.sa_handler != SIG_IGN) {
+            sigaddset(&signals_, SIGHUP);
+        } // it may have been told to outlive its terminal
+        pthread_sigmask(SIG_BLOCK, &signals_, nullptr);
+        std::signal(SIGXFSZ, SIG_IGN); // a file that becomes too large is a failed transfer
+    }
+    void wait() const {
+        int signal = 0;
+        sigwait(&signals_, &signal);
+    }
+
+private:
+    sigset_t signals_{};
+};
+
+#endif
+
+void run(const simulated_target::Options& options) {
+    const EndRequests endRequests;
+    simulated_target::SimulatedTarget target{options};
+    std::printf("kvtarget listening on %s\n", target.start().c_str());
+    std::fflush(stdout);
+    endRequests.wait();
+}
+
+std::string address(const simulated_target::Options& options) {
+    return options.host + ":" + std::to_string(options.port);
+}
+
+} // namespace
+
+int main(int count, char** words) {
+    simulated_target::Options options;
+    try {
+        const auto parsed = simulated_target::parseCommandLine({words + 1, words + count});
+        if (!parsed) {
+            std::fputs(simulated_target::kUsage, stdout);
+            return 0;
+        }
+        options = *parsed;
+    } catch (const simulated_target::BadCommandLine& fault) {
+        std::fprintf(stderr, "kvtarget: %s\nTry kvtarget --help.\n", fault.what());
+        return kBadCommandLine;
+    }
+    try {
+        run(options);
+        return 0;
+    } catch (const std::exception& failure) {
+        std::fprintf(stderr, "kvtarget: cannot serve %s with the store %s: %s\n", address(options).c_str(),
+                     options.store.string().c_str(), failure.what());
+        return kCannotRun;
+    }
+}

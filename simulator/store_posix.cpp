@@ -1,0 +1,183 @@
+#include "simulator/store.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <dirent.h>
+#include <fcntl.h>
+#include <optional>
+#include <string_view>
+#include <sys/stat.h>
+#include <system_error>
+#include <unistd.h>
+#include <utility>
+
+namespace simulated_target {
+namespace {
+
+constexpr int kDirectoryFlags = O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC;
+constexpr mode_t kDirectoryMode = 0755;
+constexpr mode_t kFileMode = 0644;
+
+/// A file descriptor that is closed with it; -1 when there is none.
+class Descriptor {
+public:
+    explicit Descriptor(int number = -1) noexcept : number_(number) {}
+    Descriptor(Descriptor&& other) noexcept : number_(std::exchange(other.number_, -1)) {}
+    Descriptor& operator=(Descriptor&& other) noexcept {
+        std::swap(number_, other.number_);
+        return *this;
+    }
+    ~Descriptor() {
+        if (number_ != -1) { close(number_); }
+    }
+
+    int number() const noexcept { return number_; }
+    bool valid() const noexcept { return number_ != -1; }
+
+private:
+    int number_;
+};
+
+/// Makes a directory, so that it is on the disk when a file in it is.
+bool makeDirectoryAt(const Descriptor& parent, const std::string& name) noexcept {
+    if (mkdirat(parent.number(), name.c_str(), kDirectoryMode) == 0) { return fsync(parent.number()) == 0; }
+    return errno == EEXIST;
+}
+
+enum class Missing { fails, isMade };
+
+/// Walks name by name, so that no link is followed wherever it stands and whenever it was put there.
+Descriptor openDirectory(const Descriptor& root, const StorePath& path, Missing missing) noexcept {
+    Descriptor directory{openat(root.number(), ".", kDirectoryFlags)};
+    for (const std::string& name : path) {
+        if (!directory.valid()) { break; }
+        if (missing == Missing::isMade && !makeDirectoryAt(directory, name)) { return Descriptor{}; }
+        directory = Descriptor{openat(directory.number(), name.c_str(), kDirectoryFlags)};
+    }
+    return directory;
+}
+
+struct CloseListing {
+    void operator()(DIR* listing) const noexcept { closedir(listing); }
+};
+
+/// The names in a directory but "." and "..".
+std::optional<std::vector<std::string>> namesIn(const Descriptor& directory) {
+    const int listed = openat(directory.number(), ".", kDirectoryFlags);
+    const std::unique_ptr<DIR, CloseListing> listing{fdopendir(listed)};
+    if (!listing) {
+        const Descriptor closed{listed};
+        return {};
+    }
+    std::vector<std::string> names;
+    while (const dirent* const entry = readdir(listing.get())) {
+        const std::string_view name = entry->d_name;
+        if (name != "." && name != "..") { names.emplace_back(name); }
+    }
+    return names;
+}
+
+/// Each level holds a descriptor, so a tree that is too deep for them is a failure like any other.
+bool removeAt(const Descriptor& parent, const std::string& name) {
+    if (unlinkat(parent.number(), name.c_str(), 0) == 0 || errno == ENOENT) { return true; }
+    const Descriptor directory{openat(parent.number(), name.c_str(), kDirectoryFlags)};
+    if (!directory.valid()) { return false; }
+    const auto names = namesIn(directory);
+    const bool emptied = names && std::all_of(names->begin(), names->end(),
+                                              [&](const std::string& child) { return removeAt(directory, child); });
+    return emptied && unlinkat(parent.number(), name.c_str(), AT_REMOVEDIR) == 0;
+}
+
+} // namespace
+
+struct StagedFile::State {
+    Descriptor directory;
+    Descriptor file;
+    std::string stageName;
+    std::string finalName;
+    bool committed = false;
+};
+
+StagedFile::StagedFile(std::unique_ptr<State> state) noexcept : state_(std::move(state)) {}
+
+StagedFile::~StagedFile() {
+    if (!state_->committed) { unlinkat(state_->directory.number(), state_->stageName.c_str(), 0); }
+}
+
+bool StagedFile::append(std::span<const std::uint8_t> bytes) noexcept {
+    while (!bytes.empty()) {
+        const ssize_t written = write(state_->file.number(), bytes.data(), bytes.size());
+        if (written < 0 && errno == EINTR) { continue; }
+        if (written <= 0) { return false; }
+        bytes = bytes.subspan(static_cast<std::size_t>(written));
+    }
+    return true;
+}
+
+bool StagedFile::commit() noexcept {
+    State& s = *state_;
+    if (fsync(s.file.number()) != 0) { return false; }
+    const int directory = s.directory.number();
+    s.committed = renameat(directory, s.stageName.c_str(), directory, s.finalName.c_str()) == 0;
+    return s.committed && fsync(directory) == 0;
+}
+
+struct Store::State {
+    Descriptor root;
+};
+
+Store::Store(const std::filesystem::path& root) {
+    std::filesystem::create_directories(root);
+    sweepStagedFiles(root);
+    Descriptor opened{open(root.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC)};
+    if (!opened.valid()) { throw std::system_error{errno, std::generic_category(), root.string()}; }
+    state_ = std::make_unique<State>(State{std::move(opened)});
+}
+
+Store::~Store() = default;
+
+std::unique_ptr<StagedFile> Store::stage(const StorePath& directory, const std::string& name) const {
+    Descriptor opened = openDirectory(state_->root, directory, Missing::isMade);
+    if (!opened.valid()) { return nullptr; }
+    std::string stageName;
+    Descriptor file;
+    do {
+        stageName = nextStageName();
+        constexpr int kFlags = O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC;
+        file = Descriptor{openat(opened.number(), stageName.c_str(), kFlags, kFileMode)};
+    } while (!file.valid() && errno == EEXIST); // another target's
+    if (!file.valid()) { return nullptr; }
+    return std::make_unique<StagedFile>(
+        std::make_unique<StagedFile::State>(StagedFile::State{std::move(opened), std::move(file), stageName, name}));
+}
+
+bool Store::makeDirectory(const StorePath& directory) const {
+    return openDirectory(state_->root, directory, Missing::isMade).valid();
+}
+
+bool Store::remove(const StorePath& directory, const std::string& name) const {
+    const Descriptor opened = openDirectory(state_->root, directory, Missing::fails);
+    return opened.valid() ? removeAt(opened, name) : errno == ENOENT;
+}
+
+bool Store::holdsFile(const StorePath& directory, const std::string& name) const {
+    const Descriptor opened = openDirectory(state_->root, directory, Missing::fails);
+    struct stat status {};
+    return opened.valid() && fstatat(opened.number(), name.c_str(), &status, AT_SYMLINK_NOFOLLOW) == 0 &&
+           S_ISREG(status.st_mode);
+}
+
+std::vector<std::string> Store::directoriesIn(const StorePath& directory) const {
+    const Descriptor opened = openDirectory(state_->root, directory, Missing::fails);
+    if (!opened.valid()) { return {}; }
+    std::vector<std::string> names;
+    for (std::string& name : namesIn(opened).value_or(std::vector<std::string>{})) {
+        struct stat status {};
+        const bool isDirectory =
+            fstatat(opened.number(), name.c_str(), &status, AT_SYMLINK_NOFOLLOW) == 0 && S_ISDIR(status.st_mode);
+        if (isDirectory && isStoreName(name)) { names.push_back(std::move(name)); }
+    }
+    return names;
+}
+
+} // namespace simulated_target
