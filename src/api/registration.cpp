@@ -22,15 +22,19 @@ bool slotIsEmpty(const KvSApplGroupHandle& group, std::uint32_t slot) {
     return group.cnSerialNumbers[slot] == 0 && group.ipAddresses[slot] == 0;
 }
 
-/// A number is valid when it is the next one, empty slots left out; only then are they marked as dealt with.
-bool takeNumber(KvSApplGroupHandle& group, std::uint32_t applNo) {
-    if (applNo > group.applCount) { return false; }
-    std::uint32_t last = group.lastApplNo;
-    for (std::uint32_t slot = group.lastApplNo; slot < applNo; ++slot) {
-        if (slotIsEmpty(group, slot)) { ++last; }
+/// The number whose turn it is, that of the first present slot that is not dealt with; 0 when there is none.
+std::uint32_t nextNumber(const KvSApplGroupHandle& group) {
+    std::uint32_t slot = group.lastApplNo;
+    while (slot < group.applCount && slotIsEmpty(group, slot)) {
+        ++slot;
     }
-    if (applNo != last + 1) { return false; }
-    group.lastApplNo = last;
+    return slot < group.applCount ? slot + 1 : 0;
+}
+
+/// Only when it is its turn are the empty slots before a number marked as dealt with.
+bool takeNumber(KvSApplGroupHandle& group, std::uint32_t applNo) {
+    if (applNo != nextNumber(group)) { return false; }
+    group.lastApplNo = applNo - 1;
     return true;
 }
 
