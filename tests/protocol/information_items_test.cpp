@@ -37,7 +37,7 @@ protected:
     void answer(TApplManValue value) { t.target.script(kGetParam, wire::value(std::move(value))); }
     void refuse() { t.target.script(kGetParam, wire::noValue({kUnsupported})); }
 
-    std::array<char, 64> buffer{};
+    alignas(4) std::array<char, 64> buffer{};
     std::int32_t size = 0;
 };
 
@@ -62,6 +62,19 @@ TEST_F(Information, ArgumentsAreJudgedBeforeAnythingIsSent) {
         EXPECT_EQ(buffer[given], kFill);
     }
     EXPECT_EQ(procedures(), Words{});
+}
+
+TEST_F(Information, TheSizeBeforeTheCallCountsAlsoWhereItLiesInTheBuffer) {
+    for (const auto& [infoId, given, filled] : {std::tuple{9U, 4, TApplManValue(7U)}, {18U, 64, Text{"other"}}}) {
+        std::memcpy(buffer.data(), &given, sizeof given);
+        if (infoId == 18) { refuse(); } // and 13 is read
+        answer(filled);
+        t.target.script(kGetFlashParam, wire::value(filled));
+        auto* const both = reinterpret_cast<std::int32_t*>(buffer.data());
+        EXPECT_EQ(KvApplMan_getApplInfo(pool, t.device, t.access, 0, infoId, both, both), 0);
+        std::memcpy(buffer.data(), &given, sizeof given);
+        EXPECT_EQ(KvApplMan_getFlashApplInfo(pool, t.device, t.access, 7, infoId, both, both), 0);
+    }
 }
 
 TEST_F(Information, ATextEndsAtItsFirstZero) {
