@@ -81,9 +81,8 @@ Status KvApplMan_setFlashApplParameter(KvCErrorListPool& pool, Client* client, s
                                        std::uint32_t flashApplId, std::uint32_t infoId, const void* data,
                                        std::uint32_t size) {
     const Reporter report{pool, "KvApplMan_setFlashApplParameter"};
-    if (client == nullptr || (size != 0 && data == nullptr)) {
-        return report.fail(Msg::invalidArgument, Status::argument);
-    }
+    if (client == nullptr) { return report.fail(Msg::invalidArgument, Status::argument); }
+    if (size != 0 && data == nullptr) { return report.fail(Msg::invalidArgument, Status::argument); }
     if (infoId != kWritableItem) { return report.fail(Msg::invalidParameter, Status::identifier); }
     Reply<TApplManResult> reply{*client};
     const std::int32_t called = APPLMAN_SET_FLASH_PARAM(

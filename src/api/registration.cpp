@@ -98,9 +98,8 @@ Status deleteAccessResHandle(KvCErrorListPool& pool, void* handle, std::uint32_t
 Status writeGroupData(const Reporter& report, KV_RPC_PROG_APPLMAN_HOST2Client& client, void* handle,
                       const KvSApplGroupHandle& group, std::uint32_t applId) {
     std::uint32_t accessId = 0;
-    if (handle == nullptr || !readAccessId(report.pool(), handle, &accessId)) {
-        return report.fail(Msg::invalidArgument, Status::argument);
-    }
+    if (handle == nullptr) { return report.fail(Msg::invalidArgument, Status::argument); }
+    if (!readAccessId(report.pool(), handle, &accessId)) { return report.fail(Msg::invalidArgument, Status::argument); }
     struct GroupParameter {
         std::uint32_t targetParamId;
         const std::uint32_t* words;
@@ -137,9 +136,8 @@ Status writeGroupDataUnderOwnHandle(const Reporter& report, KV_RPC_PROG_APPLMAN_
 Status KvApplMan_setMpParameters(KvCErrorListPool& pool, void* devHandle, const KvSApplGroupHandle* group,
                                  std::uint32_t applId) {
     const Reporter report{pool, "KvApplMan_setMpParameters"};
-    if (group == nullptr || applId == 0 || devHandle == nullptr) {
-        return report.fail(Msg::invalidArgument, Status::argument);
-    }
+    if (group == nullptr || applId == 0) { return report.fail(Msg::invalidArgument, Status::argument); }
+    if (devHandle == nullptr) { return report.fail(Msg::invalidArgument, Status::argument); }
     return withClient(report, devHandle, [&](KV_RPC_PROG_APPLMAN_HOST2Client& client) {
         return writeGroupDataUnderOwnHandle(report, client, devHandle, *group, applId);
     });
