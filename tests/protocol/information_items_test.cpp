@@ -167,10 +167,20 @@ TEST_F(Information, SerialNumbersAndAddressesDefaultToTheDeviceOncePerProcess) {
     EXPECT_EQ((delivered<std::array<std::uint32_t, 2>>()), (std::array<std::uint32_t, 2>{1, 1}));
     refuse();
     EXPECT_EQ(readText(5, 16, 64), (Delivered{0, "127.0.0.1;127.0.0.1", 20}));
-    for (const auto& number : {wire::failedCall(), wire::value(std::uint32_t{0xffffffff})}) { // is not believed
-        refuse();
-        t.target.script(kGetParam, number);
-        EXPECT_EQ(readText(5, 16, 64), (Delivered{0, "", 1}));
-    }
+    refuse();
+    t.target.script(kGetParam, wire::failedCall());
+    EXPECT_EQ(readText(5, 16, 64), (Delivered{0, "", 1}));
     EXPECT_EQ(messages(pool), Messages{});
+    for (const auto& [infoId, needed] : {std::pair{15U, 4}, {16U, 10}}) {
+        refuse();
+        answer(70'000U);
+        EXPECT_EQ(read(5, infoId, 64), -200);
+        EXPECT_EQ(size, 70'000 * needed);
+        pool->reset();
+        refuse();
+        answer(0xffffffff);
+        EXPECT_EQ(read(5, infoId, 64), -100) << "there is no memory for such a group";
+        EXPECT_EQ(pool.codes().back(), 1024U);
+        pool->reset();
+    }
 }
