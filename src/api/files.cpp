@@ -189,11 +189,12 @@ Status deliverFiles(const Reporter& report, const TApplManFileListResult& reply,
     if (reply.errorCode != 0) {
         return report.fail(Msg::fileListRefused, Status::fileInformation, reply.errorCode, applId);
     }
-    *fileCount = static_cast<std::uint32_t>(reply.files.size());
-    if (capacity < *fileCount) {
-        return report.fail(Msg::fileListBufferTooSmall, Status::fileInformation, applId, capacity, *fileCount);
+    const auto listed = static_cast<std::uint32_t>(reply.files.size());
+    *fileCount = listed;
+    if (capacity < listed) {
+        return report.fail(Msg::fileListBufferTooSmall, Status::fileInformation, applId, capacity, listed);
     }
-    for (std::size_t index = 0; index < reply.files.size(); ++index) {
+    for (std::size_t index = 0; index < listed; ++index) {
         const TApplManFileEntry& entry = reply.files[index];
         TApplManAddFileInfo& info = fileInfoList[index];
         copyCut(info.entryText1, entry.entryText1);
@@ -206,10 +207,10 @@ Status deliverFiles(const Reporter& report, const TApplManFileListResult& reply,
 
 Status getFileInfo(const Reporter& report, void* devHandle, void* accessResHandle, std::uint32_t applId,
                    std::uint32_t* fileCount, TApplManAddFileInfo* fileInfoList) {
-    if (applId == 0 || fileCount == nullptr || (*fileCount != 0 && fileInfoList == nullptr)) {
+    const std::uint32_t capacity = fileCount == nullptr ? 0 : *fileCount;
+    if (applId == 0 || fileCount == nullptr || (capacity != 0 && fileInfoList == nullptr)) {
         return report.fail(Msg::invalidArgument, Status::argument);
     }
-    const std::uint32_t capacity = *fileCount;
     if (capacity > 0) {
         *fileCount = 0;
         std::memset(fileInfoList, 0, std::size_t{capacity} * sizeof *fileInfoList);

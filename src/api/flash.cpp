@@ -43,48 +43,46 @@ std::vector<std::int64_t> valuesOf(const void* data, std::uint32_t size) {
 Status KvApplMan_getFlashApplications(KvCErrorListPool& pool, Client* client, std::uint32_t accessId,
                                       std::uint32_t requestMode, std::uint32_t* count, std::uint32_t* flashApplIds) {
     const Reporter report{pool, "KvApplMan_getFlashApplications"};
-    if (count == nullptr || (*count != 0 && flashApplIds == nullptr)) {
+    const std::uint32_t capacity = count == nullptr ? 0 : *count;
+    if (count == nullptr || (capacity != 0 && flashApplIds == nullptr)) {
         return report.fail(Msg::invalidArgument, Status::argument);
     }
-    const std::uint32_t capacity = *count;
     if (capacity > 0) { std::memset(flashApplIds, 0, std::size_t{capacity} * sizeof *flashApplIds); }
     if (requestMode != 0) { return report.fail(Msg::invalidFlashRequestMode, Status::flashMode, requestMode); }
     Reply<TApplManFlashListResult> reply{*client};
     // A call that fails, also one that the target does not offer, reads as an empty list.
     static_cast<void>(APPLMAN_GET_FLASH_APPLICATIONS(*client, pool, {accessId, kWireRequestMode}, reply));
     if (reply->result == kRefused) { return report.fail(Msg::flashApplicationsNotRead, Status::flashList); }
-    *count = static_cast<std::uint32_t>(reply->flashApplIds.size());
-    if (*count > capacity) { return report.fail(Msg::flashBufferTooSmall, Status::size, *count, capacity); }
-    std::copy(reply->flashApplIds.begin(), reply->flashApplIds.end(), flashApplIds);
-    return Status::ok;
+    const auto listed = static_cast<std::uint32_t>(reply->flashApplIds.size());
+    const bool fitting = listed <= capacity;
+    if (fitting) { std::copy(reply->flashApplIds.begin(), reply->flashApplIds.end(), flashApplIds); }
+    *count = listed;
+    return fitting ? Status::ok : report.fail(Msg::flashBufferTooSmall, Status::size, listed, capacity);
 }
 
 Status KvApplMan_getFlashApplInfo(KvCErrorListPool& pool, Client* client, std::uint32_t accessId,
                                   std::uint32_t flashApplId, std::uint32_t infoId, void* buffer, std::int32_t* size) {
     const Reporter report{pool, "KvApplMan_getFlashApplInfo"};
-    if (size == nullptr || (*size >= 1 && buffer == nullptr)) {
-        return report.fail(Msg::invalidArgument, Status::argument);
-    }
-    if (*size > 0) { std::memset(buffer, 0, static_cast<std::size_t>(*size)); }
+    const CallerBuffer to{buffer, size};
+    if (size == nullptr || to.isMissing()) { return report.fail(Msg::invalidArgument, Status::argument); }
+    to.clear();
     std::uint32_t targetParamId = 0;
-    if (const Status mapped = mapParamAndCheckParamSize(pool, infoId, *size, &targetParamId); mapped != Status::ok) {
-        return mapped;
-    }
+    const Status mapped = mapParamAndCheckParamSize(pool, infoId, to.capacity, &targetParamId);
+    if (mapped != Status::ok) { return mapped; }
     Reply<TApplManValueResult> reply{*client};
     if (APPLMAN_GET_FLASH_PARAM(*client, pool, {accessId, flashApplId, targetParamId}, reply) != 0) {
         return report.failRemoteCall();
     }
     if (reply->result == kRefused) { return report.fail(Msg::flashInformationNotReceived, Status::information); }
-    return decodeParameterReturnValue(pool, targetParamId, *reply, buffer, size);
+    return decodeParameterReturnValue(pool, targetParamId, *reply, to);
 }
 
 Status KvApplMan_setFlashApplParameter(KvCErrorListPool& pool, Client* client, std::uint32_t accessId,
                                        std::uint32_t flashApplId, std::uint32_t infoId, const void* data,
                                        std::uint32_t size) {
     const Reporter report{pool, "KvApplMan_setFlashApplParameter"};
-    if (client == nullptr || (size != 0 && data == nullptr)) {
-        return report.fail(Msg::invalidArgument, Status::argument);
-    }
+    if (client == nullptr) { return report.fail(Msg::invalidArgument, Status::argument); }
+    if (size != 0 && data == nullptr) { return report.fail(Msg::invalidArgument, Status::argument); }
     if (infoId != kWritableItem) { return report.fail(Msg::invalidParameter, Status::identifier); }
     Reply<TApplManResult> reply{*client};
     const std::int32_t called = APPLMAN_SET_FLASH_PARAM(

@@ -47,10 +47,8 @@ Status readAccessIds(const Reporter& report, const Slots& slots, std::int32_t fi
     for (std::uint32_t slot = 0; slot < slots.count; ++slot) {
         if (slots.devHandles[slot] == nullptr) { continue; }
         std::uint32_t accessId = 0;
-        void* const handle = slots.accessResHandles[slot];
-        if (handle == nullptr || !readAccessId(report.pool(), handle, &accessId)) {
-            return report.fail(Msg::invalidArgument, Status::argument);
-        }
+        const Status checked = checkHandles(report, slots.devHandles[slot], slots.accessResHandles[slot], &accessId);
+        if (checked != Status::ok) { return checked; }
         if (slot == static_cast<std::uint32_t>(first)) { *firstAccessId = accessId; }
     }
     return Status::ok;

@@ -138,36 +138,37 @@ Status getApplInfoList(const Lister& lister, KvTApplicationInfo** list, std::uin
     return Status::ok;
 }
 
-Status deliverCoreIds(const Reporter& report, const TApplManCoreIdResult& reply, std::uint32_t* count,
-                      std::uint32_t* coreIds) {
+/// The count is stored whether the IDs were copied or not.
+Status deliverCoreIds(const Reporter& report, const TApplManCoreIdResult& reply, std::uint32_t capacity,
+                      std::uint32_t* coreIds, std::uint32_t* count) {
     if (reply.result == kRefused) { return report.fail(Msg::coreIdsNotRead, Status::coreIds); }
-    const std::uint32_t capacity = *count;
+    const bool fitting = reply.coreIds.size() <= capacity;
+    if (fitting && coreIds != nullptr) { copy(reply.coreIds, coreIds); }
     *count = static_cast<std::uint32_t>(reply.coreIds.size());
-    if (*count > capacity) { return Status::size; }
-    if (coreIds == nullptr) { return Status::argument; }
-    copy(reply.coreIds, coreIds);
-    return Status::ok;
+    if (!fitting) { return Status::size; }
+    return coreIds == nullptr ? Status::argument : Status::ok;
 }
 
 /// A target that does not offer the request has one core; any other failed call reads as no cores.
-Status askForCoreIds(const Reporter& report, const Session& session, std::uint32_t requestKind, std::uint32_t* count,
-                     std::uint32_t* coreIds) {
+Status askForCoreIds(const Reporter& report, const Session& session, std::uint32_t requestKind, std::uint32_t capacity,
+                     std::uint32_t* coreIds, std::uint32_t* count) {
     constexpr std::uint32_t kOnlyCore = 1;
     Reply<TApplManCoreIdResult> reply{session.client};
     const std::int32_t called =
         APPLMAN_GET_CORE_IDS(session.client, report.pool(), {session.accessId, requestKind}, reply);
     if (called == KvCRpcClient::kProcedureNotOffered) { reply->coreIds.push_back(kOnlyCore); }
-    return deliverCoreIds(report, *reply, count, coreIds);
+    return deliverCoreIds(report, *reply, capacity, coreIds, count);
 }
 
 Status getAvailableCoreIds(const Reporter& report, void* devHandle, void* accessResHandle, std::uint32_t coreKind,
                            std::uint32_t* count, std::uint32_t* coreIds) {
     constexpr std::array<std::uint32_t, 2> kRequestKinds{1, 2}; // by core kind
     if (count == nullptr) { return report.fail(Msg::invalidArgument, Status::argument); }
-    if (coreIds != nullptr) { clear(coreIds, *count); }
+    const std::uint32_t capacity = *count;
+    if (coreIds != nullptr) { clear(coreIds, capacity); }
     if (coreKind >= kRequestKinds.size()) { return report.fail(Msg::invalidParameter, Status::identifier); }
     return runFrame(report, devHandle, accessResHandle, [&](const Session& session) {
-        return askForCoreIds(report, session, kRequestKinds[coreKind], count, coreIds);
+        return askForCoreIds(report, session, kRequestKinds[coreKind], capacity, coreIds, count);
     });
 }
 
@@ -177,11 +178,11 @@ Status KvApplMan_getApplications(KvCErrorListPool& pool, KV_RPC_PROG_APPLMAN_HOS
                                  std::uint32_t accessId, std::uint32_t state, std::uint32_t* applIds,
                                  std::int32_t* count) {
     const Reporter report{pool, "KvApplMan_getApplications"};
-    if (client == nullptr || count == nullptr || (*count >= 1 && applIds == nullptr)) {
-        return report.fail(Msg::invalidArgument, Status::argument);
-    }
-    if (*count < 0) { return report.fail(Msg::invalidSize, Status::size); }
-    const auto capacity = static_cast<std::uint32_t>(*count);
+    if (client == nullptr || count == nullptr) { return report.fail(Msg::invalidArgument, Status::argument); }
+    const std::int32_t given = *count;
+    if (given >= 1 && applIds == nullptr) { return report.fail(Msg::invalidArgument, Status::argument); }
+    if (given < 0) { return report.fail(Msg::invalidSize, Status::size); }
+    const auto capacity = static_cast<std::uint32_t>(given);
     clear(applIds, capacity);
     const std::int32_t targetState = getInternalApplState(pool, state);
     if (targetState == kUnknownState) { return Status::state; }

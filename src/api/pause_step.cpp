@@ -37,10 +37,8 @@ std::int32_t run(const Reporter& report, void* devHandle, void* accessResHandle,
                  const SummarizedCommand& command) noexcept {
     return guarded(report, [&] {
         std::uint32_t accessId = 0;
-        if (devHandle == nullptr || accessResHandle == nullptr ||
-            !readAccessId(report.pool(), accessResHandle, &accessId)) {
-            return report.fail(Msg::invalidArgument, Status::argument);
-        }
+        const Status checked = checkHandles(report, devHandle, accessResHandle, &accessId);
+        if (checked != Status::ok) { return checked; }
         return withClient(report, devHandle, [&](KV_RPC_PROG_APPLMAN_HOST2Client& client) {
             return order(report, client, accessId, applId, command);
         });

@@ -22,15 +22,19 @@ bool slotIsEmpty(const KvSApplGroupHandle& group, std::uint32_t slot) {
     return group.cnSerialNumbers[slot] == 0 && group.ipAddresses[slot] == 0;
 }
 
-/// A number is valid when it is the next one, empty slots left out; only then are they marked as dealt with.
-bool takeNumber(KvSApplGroupHandle& group, std::uint32_t applNo) {
-    if (applNo > group.applCount) { return false; }
-    std::uint32_t last = group.lastApplNo;
-    for (std::uint32_t slot = group.lastApplNo; slot < applNo; ++slot) {
-        if (slotIsEmpty(group, slot)) { ++last; }
+/// The number whose turn it is, that of the first present slot that is not dealt with; 0 when there is none.
+std::uint32_t nextNumber(const KvSApplGroupHandle& group) {
+    std::uint32_t slot = group.lastApplNo;
+    while (slot < group.applCount && slotIsEmpty(group, slot)) {
+        ++slot;
     }
-    if (applNo != last + 1) { return false; }
-    group.lastApplNo = last;
+    return slot < group.applCount ? slot + 1 : 0;
+}
+
+/// Only when it is its turn are the empty slots before a number marked as dealt with.
+bool takeNumber(KvSApplGroupHandle& group, std::uint32_t applNo) {
+    if (applNo != nextNumber(group)) { return false; }
+    group.lastApplNo = applNo - 1;
     return true;
 }
 
@@ -94,9 +98,8 @@ Status deleteAccessResHandle(KvCErrorListPool& pool, void* handle, std::uint32_t
 Status writeGroupData(const Reporter& report, KV_RPC_PROG_APPLMAN_HOST2Client& client, void* handle,
                       const KvSApplGroupHandle& group, std::uint32_t applId) {
     std::uint32_t accessId = 0;
-    if (handle == nullptr || !readAccessId(report.pool(), handle, &accessId)) {
-        return report.fail(Msg::invalidArgument, Status::argument);
-    }
+    if (handle == nullptr) { return report.fail(Msg::invalidArgument, Status::argument); }
+    if (!readAccessId(report.pool(), handle, &accessId)) { return report.fail(Msg::invalidArgument, Status::argument); }
     struct GroupParameter {
         std::uint32_t targetParamId;
         const std::uint32_t* words;
@@ -133,9 +136,8 @@ Status writeGroupDataUnderOwnHandle(const Reporter& report, KV_RPC_PROG_APPLMAN_
 Status KvApplMan_setMpParameters(KvCErrorListPool& pool, void* devHandle, const KvSApplGroupHandle* group,
                                  std::uint32_t applId) {
     const Reporter report{pool, "KvApplMan_setMpParameters"};
-    if (group == nullptr || applId == 0 || devHandle == nullptr) {
-        return report.fail(Msg::invalidArgument, Status::argument);
-    }
+    if (group == nullptr || applId == 0) { return report.fail(Msg::invalidArgument, Status::argument); }
+    if (devHandle == nullptr) { return report.fail(Msg::invalidArgument, Status::argument); }
     return withClient(report, devHandle, [&](KV_RPC_PROG_APPLMAN_HOST2Client& client) {
         return writeGroupDataUnderOwnHandle(report, client, devHandle, *group, applId);
     });

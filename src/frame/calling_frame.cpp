@@ -13,13 +13,16 @@ bool readAccessId(KvCErrorListPool& pool, void* accessRestriction, std::uint32_t
     return true;
 }
 
+Status checkHandles(const Reporter& report, void* device, void* accessRestriction, std::uint32_t* accessId) {
+    if (device == nullptr) { return report.fail(Msg::invalidArgument, Status::argument); }
+    if (accessRestriction == nullptr) { return report.fail(Msg::invalidArgument, Status::argument); }
+    if (readAccessId(report.pool(), accessRestriction, accessId)) { return Status::ok; }
+    return report.fail(Msg::invalidArgument, Status::argument);
+}
+
 Status checkDeviceAndAccessRestrictionHandle(KvCErrorListPool& pool, void* device, void* accessRestriction,
                                              std::uint32_t* accessId) {
-    const Reporter report{pool, "checkDeviceAndAccessRestrictionHandle"};
-    if (device == nullptr || accessRestriction == nullptr || !readAccessId(pool, accessRestriction, accessId)) {
-        return report.fail(Msg::invalidArgument, Status::argument);
-    }
-    return Status::ok;
+    return checkHandles(Reporter{pool, "checkDeviceAndAccessRestrictionHandle"}, device, accessRestriction, accessId);
 }
 
 } // namespace applman

@@ -10,7 +10,11 @@
 
 namespace applman {
 
-/// Reads the caller's access ID, parameter 12 of the access-restriction handle.
+/// Checks the handles of a call and reads the caller's access ID, parameter 12 of the access-restriction handle. What is
+/// wrong is told by the line that reports it.
+Status checkHandles(const Reporter& report, void* device, void* accessRestriction, std::uint32_t* accessId);
+
+/// The same under its own name, as most functions do.
 Status checkDeviceAndAccessRestrictionHandle(KvCErrorListPool& pool, void* device, void* accessRestriction,
                                              std::uint32_t* accessId);
 

@@ -15,47 +15,50 @@
 namespace applman {
 namespace {
 
-struct Destination {
-    const Reporter& report;
-    void* buffer;
-    std::int32_t* size;
-};
-
 std::int32_t sizeFrom(std::size_t bytes) {
     return static_cast<std::int32_t>(std::min<std::size_t>(bytes, std::numeric_limits<std::int32_t>::max()));
 }
 
-bool fits(std::size_t bytes, std::int32_t size) { return size >= 0 && bytes <= static_cast<std::size_t>(size); }
+bool fits(std::size_t bytes, const CallerBuffer& to) {
+    return to.capacity >= 0 && bytes <= static_cast<std::size_t>(to.capacity);
+}
 
-void copyBytes(void* buffer, const void* source, std::size_t bytes) {
-    if (bytes > 0) { std::memcpy(buffer, source, bytes); }
+void copyBytes(const CallerBuffer& to, const void* source, std::size_t bytes) {
+    if (bytes > 0) { std::memcpy(to.bytes, source, bytes); }
 }
 
 /// A value whose size was checked before it was asked for.
-template <class Value>
-Status copyFixed(const Destination& to, Value value) {
-    std::memcpy(to.buffer, &value, sizeof value);
+template <ValueTag tag>
+Status copyFixed(const Reporter&, TApplManValue& value, const CallerBuffer& to) {
+    copyBytes(to, &std::get<tag>(value), sizeof std::get<tag>(value));
     return Status::ok;
 }
 
-Status copyText(const Destination& to, const Text& value) {
-    const char* const text = value ? value->c_str() : "";
+Status copyState(const Reporter& report, TApplManValue& value, const CallerBuffer& to) {
+    const std::int32_t state = getExternApplState(report.pool(), std::get<kTagWord>(value));
+    copyBytes(to, &state, sizeof state);
+    return Status::ok;
+}
+
+Status copyText(const Reporter& report, TApplManValue& value, const CallerBuffer& to) {
+    const Text& given = std::get<kTagText>(value);
+    const char* const text = given ? given->c_str() : "";
     const std::size_t needed = std::strlen(text) + 1;
-    if (!fits(needed, *to.size)) {
+    if (!fits(needed, to)) {
         *to.size = sizeFrom(needed);
-        return to.report.fail(Msg::invalidParameter, Status::size);
+        return report.fail(Msg::invalidParameter, Status::size);
     }
-    copyBytes(to.buffer, text, needed);
+    copyBytes(to, text, needed);
     return Status::ok;
 }
 
-template <class Element>
-Status copyArray(const Destination& to, const std::vector<Element>& elements) {
-    const std::size_t bytes = elements.size() * sizeof(Element);
-    const bool fitting = fits(bytes, *to.size);
+template <ValueTag tag>
+Status copyArray(const Reporter& report, TApplManValue& value, const CallerBuffer& to) {
+    const auto& elements = std::get<tag>(value);
+    const std::size_t bytes = elements.size() * sizeof elements[0];
     *to.size = sizeFrom(bytes);
-    if (!fitting) { return to.report.fail(Msg::invalidParameter, Status::size); }
-    copyBytes(to.buffer, elements.data(), bytes);
+    if (!fits(bytes, to)) { return report.fail(Msg::invalidParameter, Status::size); }
+    copyBytes(to, elements.data(), bytes);
     return Status::ok;
 }
 
@@ -66,54 +69,33 @@ void restoreNegatedBytes(Text& text) {
                    [](char c) { return static_cast<char>((256U - static_cast<unsigned char>(c)) & 0xFFU); });
 }
 
-using Decode = Status (*)(KvCErrorListPool& pool, TApplManValue& value, const Destination& to);
+Status copyNegatedText(const Reporter& report, TApplManValue& value, const CallerBuffer& to) {
+    restoreNegatedBytes(std::get<kTagText>(value));
+    return copyText(report, value, to);
+}
+
+Status copyAddresses(const Reporter& report, TApplManValue& value, const CallerBuffer& to) {
+    const std::vector<std::uint32_t>& addresses = std::get<kTagWords>(value);
+    return KvApplMan_decodeIpAddresses(report.pool(), addresses.data(), static_cast<std::uint32_t>(addresses.size()),
+                                       to);
+}
 
 struct DeliveryRow {
     Delivery delivery;
-    ValueTag tag;
-    Decode decode;
+    ValueTag tag; // that the value must have
+    Status (*copy)(const Reporter& report, TApplManValue& value, const CallerBuffer& to);
 };
 
 constexpr std::array kDeliveries{
-    DeliveryRow{Delivery::word, kTagWord,
-                [](KvCErrorListPool&, TApplManValue& value, const Destination& to) {
-                    return copyFixed(to, std::get<kTagWord>(value));
-                }},
-    DeliveryRow{Delivery::state, kTagWord,
-                [](KvCErrorListPool& pool, TApplManValue& value, const Destination& to) {
-                    return copyFixed(to, getExternApplState(pool, std::get<kTagWord>(value)));
-                }},
-    DeliveryRow{Delivery::quad, kTagQuad,
-                [](KvCErrorListPool&, TApplManValue& value, const Destination& to) {
-                    return copyFixed(to, std::get<kTagQuad>(value));
-                }},
-    DeliveryRow{Delivery::number, kTagDouble,
-                [](KvCErrorListPool&, TApplManValue& value, const Destination& to) {
-                    return copyFixed(to, std::get<kTagDouble>(value));
-                }},
-    DeliveryRow{Delivery::text, kTagText,
-                [](KvCErrorListPool&, TApplManValue& value, const Destination& to) {
-                    return copyText(to, std::get<kTagText>(value));
-                }},
-    DeliveryRow{Delivery::negatedText, kTagText,
-                [](KvCErrorListPool&, TApplManValue& value, const Destination& to) {
-                    restoreNegatedBytes(std::get<kTagText>(value));
-                    return copyText(to, std::get<kTagText>(value));
-                }},
-    DeliveryRow{Delivery::words, kTagWords,
-                [](KvCErrorListPool&, TApplManValue& value, const Destination& to) {
-                    return copyArray(to, std::get<kTagWords>(value));
-                }},
-    DeliveryRow{Delivery::addresses, kTagWords,
-                [](KvCErrorListPool& pool, TApplManValue& value, const Destination& to) {
-                    const auto& addresses = std::get<kTagWords>(value);
-                    return KvApplMan_decodeIpAddresses(
-                        pool, addresses.data(), static_cast<std::uint32_t>(addresses.size()), to.buffer, to.size);
-                }},
-    DeliveryRow{Delivery::quads, kTagQuads,
-                [](KvCErrorListPool&, TApplManValue& value, const Destination& to) {
-                    return copyArray(to, std::get<kTagQuads>(value));
-                }},
+    DeliveryRow{Delivery::word, kTagWord, copyFixed<kTagWord>},
+    DeliveryRow{Delivery::state, kTagWord, copyState},
+    DeliveryRow{Delivery::quad, kTagQuad, copyFixed<kTagQuad>},
+    DeliveryRow{Delivery::number, kTagDouble, copyFixed<kTagDouble>},
+    DeliveryRow{Delivery::text, kTagText, copyText},
+    DeliveryRow{Delivery::negatedText, kTagText, copyNegatedText},
+    DeliveryRow{Delivery::words, kTagWords, copyArray<kTagWords>},
+    DeliveryRow{Delivery::addresses, kTagWords, copyAddresses},
+    DeliveryRow{Delivery::quads, kTagQuads, copyArray<kTagQuads>},
 };
 
 constexpr bool deliveriesAreInOrder() {
@@ -146,28 +128,27 @@ std::string addressesText(const std::uint32_t* addresses, std::uint32_t count) {
 } // namespace
 
 Status decodeParameterReturnValue(KvCErrorListPool& pool, std::uint32_t targetParamId, TApplManValueResult& reply,
-                                  void* buffer, std::int32_t* size) {
+                                  const CallerBuffer& to) {
     const Reporter report{pool, "decodeParameterReturnValue"};
     const InformationItem* const item = itemOfTargetParam(targetParamId);
     if (item == nullptr) { return report.fail(Msg::invalidParameter, Status::identifier); }
     const DeliveryRow& row = kDeliveries[static_cast<std::size_t>(item->delivery)];
     if (reply.value.index() != row.tag) { return report.fail(Msg::invalidType, Status::type); }
-    return row.decode(pool, reply.value, Destination{report, buffer, size});
+    return row.copy(report, reply.value, to);
 }
 
 Status KvApplMan_decodeIpAddresses(KvCErrorListPool& pool, const std::uint32_t* addresses, std::uint32_t count,
-                                   void* buffer, std::int32_t* size) {
+                                   const CallerBuffer& to) {
     const Reporter report{pool, "KvApplMan_decodeIpAddresses"};
-    if (size == nullptr) { return report.fail(Msg::invalidArgument, Status::argument); }
+    if (to.size == nullptr) { return report.fail(Msg::invalidArgument, Status::argument); }
     std::string text;
     try {
         text = addressesText(addresses, count);
     } catch (const std::bad_alloc&) { return report.fail(Msg::addressesOutOfMemory, Status::argument); }
     const std::size_t needed = text.size() + 1;
-    const bool fitting = fits(needed, *size);
-    *size = sizeFrom(needed);
-    if (!fitting) { return report.fail(Msg::invalidParameter, Status::size); }
-    std::memcpy(buffer, text.c_str(), needed);
+    *to.size = sizeFrom(needed);
+    if (!fits(needed, to)) { return report.fail(Msg::invalidParameter, Status::size); }
+    copyBytes(to, text.c_str(), needed);
     return Status::ok;
 }
 

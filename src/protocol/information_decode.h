@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <cstring>
 
 #include "frame/status.h"
 #include "platform/error_lists.h"
@@ -9,14 +10,30 @@
 
 namespace applman {
 
-/// Copies the value of a reply as its parameter number asks, never beyond `size` bytes. Negated texts are restored in
-/// the reply itself. `size` is set as the exported functions tell.
+/// Where a caller wants a value. What fits is decided by the size before the call: the caller may change it meanwhile, or
+/// keep it in the buffer itself.
+struct CallerBuffer {
+    CallerBuffer(void* buffer, std::int32_t* inOutSize)
+        : bytes(buffer), size(inOutSize), capacity(inOutSize == nullptr ? 0 : *inOutSize) {}
+
+    bool isMissing() const { return capacity >= 1 && bytes == nullptr; }
+    void clear() const {
+        if (capacity > 0) { std::memset(bytes, 0, static_cast<std::size_t>(capacity)); }
+    }
+
+    void* bytes;
+    std::int32_t* size;    // only written from here on
+    std::int32_t capacity; // bytes; a negative one holds nothing
+};
+
+/// Copies the value of a reply as its parameter number asks, never beyond the capacity. Negated texts are restored in
+/// the reply itself. The size is set as the exported functions tell.
 Status decodeParameterReturnValue(KvCErrorListPool& pool, std::uint32_t targetParamId, TApplManValueResult& reply,
-                                  void* buffer, std::int32_t* size);
+                                  const CallerBuffer& to);
 
 /// Writes IPv4 addresses (as they lie in memory in network order) as dotted texts with ";" between them; 0 writes nothing.
-/// `size` becomes the bytes of the text with its terminating zero, also when it does not fit.
+/// The size becomes the bytes of the text with its terminating zero, also when it does not fit.
 Status KvApplMan_decodeIpAddresses(KvCErrorListPool& pool, const std::uint32_t* addresses, std::uint32_t count,
-                                   void* buffer, std::int32_t* size);
+                                   const CallerBuffer& to);
 
 } // namespace applman

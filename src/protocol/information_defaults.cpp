@@ -17,14 +17,14 @@ namespace {
 using Client = KV_RPC_PROG_APPLMAN_HOST2Client;
 
 constexpr std::uint32_t kNoAddress = 0xFFFFFFFF;
-constexpr std::uint32_t kMostProcesses = 65'536; // a group that a target claims to be larger has no default array
-constexpr std::uint32_t kCommandTimeout = 120;   // seconds
+constexpr std::uint32_t kMostProcesses = 0xFFFFFF; // that a download can name; for a larger group there is no memory
+constexpr std::uint32_t kCommandTimeout = 120;     // seconds
 constexpr std::uint32_t kGroupSizeItem = 10;
 
 /// Empty when there is no memory.
-std::vector<std::uint32_t> repeated(std::uint32_t count, std::uint32_t value) {
+std::vector<std::uint32_t> oneElement() {
     try {
-        return std::vector<std::uint32_t>(count, value);
+        return {1};
     } catch (const std::bad_alloc&) { return {}; }
 }
 
@@ -83,25 +83,29 @@ struct Asked {
     std::uint32_t applId;
 };
 
+/// None when it cannot be read. Throws std::bad_alloc for a group that is too large, as making its array would.
 std::optional<std::uint32_t> readGroupSize(const Asked& asked) {
     std::uint32_t count = 0;
     std::int32_t size = sizeof count;
     const Status read =
         KvApplMan_getApplInfo(asked.pool, asked.client, asked.accessId, asked.applId, kGroupSizeItem, &count, &size);
-    return read == Status::ok && count <= kMostProcesses ? std::optional{count} : std::nullopt;
+    if (read != Status::ok) { return {}; }
+    if (count > kMostProcesses) { throw std::bad_alloc{}; }
+    return count;
 }
 
 std::vector<std::uint32_t> buildSerialNumberArray(const Asked& asked) {
     const std::optional<std::uint32_t> count = readGroupSize(asked);
     if (!count) { return {}; }
-    return repeated(*count, findDeviceByClientAddress(asked.pool, asked.client).cnSerialNumber);
+    return std::vector<std::uint32_t>(*count, findDeviceByClientAddress(asked.pool, asked.client).cnSerialNumber);
 }
 
 std::vector<std::uint32_t> buildIpAddressArray(const Asked& asked) {
     const std::optional<std::uint32_t> count = readGroupSize(asked);
     if (!count) { return {}; }
     const std::uint32_t address = getClientIpAddress(asked.pool, asked.client);
-    return address == kNoAddress ? std::vector<std::uint32_t>{} : repeated(*count, address);
+    if (address == kNoAddress) { return {}; }
+    return std::vector<std::uint32_t>(*count, address);
 }
 
 std::optional<TApplManValue> deviceSerialNumber(const Asked& asked) {
@@ -126,7 +130,7 @@ constexpr std::array kDefaults{
     DefaultRow{Default::zeroWord, [](const Asked&) { return value(std::uint32_t{0}); }},
     DefaultRow{Default::oneWord, [](const Asked&) { return value(std::uint32_t{1}); }},
     DefaultRow{Default::zeroQuad, [](const Asked&) { return value(std::int64_t{0}); }},
-    DefaultRow{Default::oneElement, [](const Asked&) { return value(repeated(1, 1)); }},
+    DefaultRow{Default::oneElement, [](const Asked&) { return value(oneElement()); }},
     DefaultRow{Default::emptyText, [](const Asked&) { return value(Text{std::string{}}); }},
     DefaultRow{Default::groupSerialNumbers, [](const Asked& asked) { return value(buildSerialNumberArray(asked)); }},
     DefaultRow{Default::groupAddresses, [](const Asked& asked) { return value(buildIpAddressArray(asked)); }},

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <array>
-#include <cstring>
 #include <optional>
 
 #include "frame/report.h"
@@ -92,7 +91,7 @@ const InformationItem* find(Member member, std::uint32_t value) {
 /// Asks the target and delivers what it answers; none when another item is to be read in its place.
 std::optional<Status> readAnswer(const Reporter& report, KV_RPC_PROG_APPLMAN_HOST2Client& client,
                                  std::uint32_t accessId, std::uint32_t applId, std::uint32_t targetParamId,
-                                 void* buffer, std::int32_t* size) {
+                                 const CallerBuffer& to) {
     KvCErrorListPool& pool = report.pool();
     Reply<TApplManValueResult> reply{client};
     if (APPLMAN_GET_PARAM(client, pool, {kMode, accessId, applId, targetParamId}, reply) != 0) {
@@ -101,7 +100,16 @@ std::optional<Status> readAnswer(const Reporter& report, KV_RPC_PROG_APPLMAN_HOS
     const bool defaulted = applyParamDefault(pool, &client, accessId, applId, targetParamId, &*reply);
     if (defaulted && targetParamId == kSubstitutedParam) { return std::nullopt; }
     if (reply->result == kRefused) { return report.fail(Msg::informationNotReceived, Status::information); }
-    return decodeParameterReturnValue(pool, targetParamId, *reply, buffer, size);
+    return decodeParameterReturnValue(pool, targetParamId, *reply, to);
+}
+
+Status readItem(const Reporter& report, KV_RPC_PROG_APPLMAN_HOST2Client& client, std::uint32_t accessId,
+                std::uint32_t applId, std::uint32_t infoId, const CallerBuffer& to) {
+    std::uint32_t targetParamId = 0;
+    const Status mapped = mapParamAndCheckParamSize(report.pool(), infoId, to.capacity, &targetParamId);
+    if (mapped != Status::ok) { return mapped; }
+    const std::optional<Status> answered = readAnswer(report, client, accessId, applId, targetParamId, to);
+    return answered ? *answered : readItem(report, client, accessId, applId, kSubstituteItem, to);
 }
 
 } // namespace
@@ -127,16 +135,10 @@ Status KvApplMan_getApplInfo(KvCErrorListPool& pool, KV_RPC_PROG_APPLMAN_HOST2Cl
                              std::uint32_t applId, std::uint32_t infoId, void* buffer, std::int32_t* size) {
     const Reporter report{pool, "KvApplMan_getApplInfo"};
     if (client == nullptr || size == nullptr) { return report.fail(Msg::invalidArgument, Status::argument); }
-    if (*size >= 1 && buffer == nullptr) { return report.fail(Msg::invalidArgument, Status::argument); }
-    if (*size > 0) { std::memset(buffer, 0, static_cast<std::size_t>(*size)); }
-
-    std::uint32_t targetParamId = 0;
-    if (const Status mapped = mapParamAndCheckParamSize(pool, infoId, *size, &targetParamId); mapped != Status::ok) {
-        return mapped;
-    }
-    const std::optional<Status> answered = readAnswer(report, *client, accessId, applId, targetParamId, buffer, size);
-    if (answered) { return *answered; }
-    return KvApplMan_getApplInfo(pool, client, accessId, applId, kSubstituteItem, buffer, size);
+    const CallerBuffer to{buffer, size};
+    if (to.isMissing()) { return report.fail(Msg::invalidArgument, Status::argument); }
+    to.clear();
+    return readItem(report, *client, accessId, applId, infoId, to);
 }
 
 } // namespace applman

@@ -1,5 +1,6 @@
 // The frame around every function: handles, the device's client, what is connected when.
 #include <functional>
+#include <set>
 #include <thread>
 
 #include "api/api_test.h"
@@ -60,11 +61,17 @@ using Frame = ApiTest;
 } // namespace
 
 TEST_F(Frame, BadHandlesGiveOneMessageAndNothingIsSent) {
+    void* const nil = nullptr;
     for (const Function& function : kFunctions) {
         const Messages expected{function.checksHandles ? full(function.name) + " 1024" : kBadHandles};
-        EXPECT_EQ(outcome(function.call(pool, nullptr, t.access)), (Outcome{-100, expected}));
-        EXPECT_EQ(outcome(function.call(pool, t.device, nullptr)), (Outcome{-100, expected}));
-        EXPECT_EQ(outcome(function.call(pool, t.device, t.device)), (Outcome{-100, expected}));
+        std::set<std::uint32_t> lines;
+        for (const auto& [device, access] :
+             {std::pair{nil, t.access}, std::pair{t.device, nil}, std::pair{t.device, t.device}}) {
+            const std::int32_t status = function.call(pool, device, access);
+            lines.insert(KvPlatform_entryLine(pool, pool->getErrorCount() - 1));
+            EXPECT_EQ(outcome(status), (Outcome{-100, expected}));
+        }
+        EXPECT_EQ(lines.size(), 3U) << function.name << " tells by the line what is missing";
     }
     EXPECT_EQ(t.target.acceptedConnections(), 0U);
 }

@@ -133,6 +133,9 @@ TEST_F(Lists, CoresAreAskedForByKindAndWhatDoesNotFitIsToldByTheStatusAlone) {
     EXPECT_EQ(cores(0, 1, false), (Listing{-200, {}, 2, kUntouched}));
     hasCores(0, {1, 2});
     EXPECT_EQ(cores(0, 2, false), (Listing{-100, {}, 2, kUntouched}));
+    hasCores(0, {5});
+    std::uint32_t word = 1; // both count and array
+    EXPECT_EQ(KvApplMan_getAvailableCoreIDs(pool, t.device, t.access, 0, &word, &word), 0) << "the count before counts";
 }
 
 TEST_F(Lists, ArgumentsForFlashApplicationsAreJudgedAfterTheHandles) {

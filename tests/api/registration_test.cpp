@@ -69,6 +69,9 @@ TEST_F(Registration, NumbersComeInTurnAndEmptySlotsAreLeftOut) {
     EXPECT_EQ(registerNo(2), refused(2));
     EXPECT_EQ(registerNo(3), (Outcome{0, {}}));
     EXPECT_EQ(group.lastApplNo, 3U);
+    group = {11, 12, 0, 2, 0, serials, addresses};
+    EXPECT_EQ(registerNo(2), (Outcome{-110, {self("0x12500049(2,2)")}})) << "an empty slot is never registered";
+    EXPECT_EQ(registerNo(1), (Outcome{0, {}}));
 }
 
 TEST_F(Registration, MissingArgumentsComeBeforeTheHandles) {

@@ -37,7 +37,7 @@ protected:
     void answer(TApplManValue value) { t.target.script(kGetParam, wire::value(std::move(value))); }
     void refuse() { t.target.script(kGetParam, wire::noValue({kUnsupported})); }
 
-    std::array<char, 64> buffer{};
+    alignas(4) std::array<char, 64> buffer{};
     std::int32_t size = 0;
 };
 
@@ -62,6 +62,19 @@ TEST_F(Information, ArgumentsAreJudgedBeforeAnythingIsSent) {
         EXPECT_EQ(buffer[given], kFill);
     }
     EXPECT_EQ(procedures(), Words{});
+}
+
+TEST_F(Information, TheSizeBeforeTheCallCountsAlsoWhereItLiesInTheBuffer) {
+    for (const auto& [infoId, given, filled] : {std::tuple{9U, 4, TApplManValue(7U)}, {18U, 64, Text{"other"}}}) {
+        std::memcpy(buffer.data(), &given, sizeof given);
+        if (infoId == 18) { refuse(); } // and 13 is read
+        answer(filled);
+        t.target.script(kGetFlashParam, wire::value(filled));
+        auto* const both = reinterpret_cast<std::int32_t*>(buffer.data());
+        EXPECT_EQ(KvApplMan_getApplInfo(pool, t.device, t.access, 0, infoId, both, both), 0);
+        std::memcpy(buffer.data(), &given, sizeof given);
+        EXPECT_EQ(KvApplMan_getFlashApplInfo(pool, t.device, t.access, 7, infoId, both, both), 0);
+    }
 }
 
 TEST_F(Information, ATextEndsAtItsFirstZero) {
@@ -154,10 +167,20 @@ TEST_F(Information, SerialNumbersAndAddressesDefaultToTheDeviceOncePerProcess) {
     EXPECT_EQ((delivered<std::array<std::uint32_t, 2>>()), (std::array<std::uint32_t, 2>{1, 1}));
     refuse();
     EXPECT_EQ(readText(5, 16, 64), (Delivered{0, "127.0.0.1;127.0.0.1", 20}));
-    for (const auto& number : {wire::failedCall(), wire::value(std::uint32_t{0xffffffff})}) { // is not believed
-        refuse();
-        t.target.script(kGetParam, number);
-        EXPECT_EQ(readText(5, 16, 64), (Delivered{0, "", 1}));
-    }
+    refuse();
+    t.target.script(kGetParam, wire::failedCall());
+    EXPECT_EQ(readText(5, 16, 64), (Delivered{0, "", 1}));
     EXPECT_EQ(messages(pool), Messages{});
+    for (const auto& [infoId, needed] : {std::pair{15U, 4}, {16U, 10}}) {
+        refuse();
+        answer(70'000U);
+        EXPECT_EQ(read(5, infoId, 64), -200);
+        EXPECT_EQ(size, 70'000 * needed);
+        pool->reset();
+        refuse();
+        answer(0xffffffff);
+        EXPECT_EQ(read(5, infoId, 64), -100) << "there is no memory for such a group";
+        EXPECT_EQ(pool.codes().back(), 1024U);
+        pool->reset();
+    }
 }
