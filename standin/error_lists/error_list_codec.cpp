@@ -7,6 +7,9 @@
 namespace error_list_codec {
 namespace {
 
+/// Bytes of memory that one list may take, so that no target takes a host's memory with one reply.
+constexpr std::size_t kLargestList = 8 * 1024 * 1024;
+
 bool xdr_argument(Xdr& x, std::optional<std::string>& text) { return xdr_string(x, text); }
 bool xdr_argument(Xdr& x, std::uint32_t& number) { return xdr_u_int(x, number); }
 bool xdr_argument(Xdr& x, std::int32_t& number) { return xdr_int(x, number); }
@@ -47,6 +50,17 @@ bool xdr_entry(Xdr& x, KvErrorListEntry& entry) {
            });
 }
 
+/// The memory that an entry takes, in bytes.
+std::size_t footprint(const KvErrorListEntry& entry) noexcept {
+    std::size_t bytes = sizeof entry + entry.operation.size() + (entry.signature ? entry.signature->size() : 0) +
+                        entry.arguments.size() * sizeof entry.arguments[0];
+    for (const auto& argument : entry.arguments) {
+        const auto* const text = std::get_if<std::optional<std::string>>(&argument);
+        bytes += text == nullptr || !*text ? 0 : (*text)->size();
+    }
+    return bytes;
+}
+
 } // namespace
 
 std::size_t knownLength(std::string_view signature) noexcept {
@@ -59,22 +73,13 @@ std::size_t knownLength(std::string_view signature) noexcept {
     return length;
 }
 
-std::size_t footprint(const KvErrorListEntry& entry) noexcept {
-    std::size_t bytes = sizeof entry + entry.operation.size() + (entry.signature ? entry.signature->size() : 0) +
-                        entry.arguments.size() * sizeof entry.arguments[0];
-    for (const auto& argument : entry.arguments) {
-        const auto* const text = std::get_if<std::optional<std::string>>(&argument);
-        bytes += text == nullptr || !*text ? 0 : (*text)->size();
-    }
-    return bytes;
-}
-
-std::optional<std::deque<KvErrorListEntry>> decode(std::span<const std::uint8_t> bytes, std::size_t budget) {
+std::optional<std::deque<KvErrorListEntry>> decode(std::span<const std::uint8_t> bytes) {
     Xdr x = Xdr::decoder(bytes);
     std::uint32_t count = 0;
     if (!xdr_u_int(x, count)) { return {}; }
 
     std::deque<KvErrorListEntry> entries;
+    std::size_t budget = kLargestList;
     for (std::uint32_t i = 0; i < count; ++i) {
         KvErrorListEntry entry;
         if (!xdr_entry(x, entry)) { return {}; }

@@ -15,11 +15,8 @@ namespace error_list_codec {
 /// How many bytes of `signature` are whole conversions of %s, %u, %d, %x.
 std::size_t knownLength(std::string_view signature) noexcept;
 
-/// The memory that an entry takes, in bytes.
-std::size_t footprint(const KvErrorListEntry& entry) noexcept;
-
 /// The entries of a serialised list; none when the bytes are not exactly one whole list. An entry that would bring the
-/// memory of the result above `budget` is left out. Throws std::bad_alloc.
-std::optional<std::deque<KvErrorListEntry>> decode(std::span<const std::uint8_t> bytes, std::size_t budget);
+/// memory of the result above 8 MiB is left out. Throws std::bad_alloc.
+std::optional<std::deque<KvErrorListEntry>> decode(std::span<const std::uint8_t> bytes);
 
 } // namespace error_list_codec

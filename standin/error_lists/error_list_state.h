@@ -1,7 +1,6 @@
 // What an error list consists of.
 #pragma once
 
-#include <cstddef>
 #include <deque>
 #include <functional>
 #include <set>
@@ -11,7 +10,6 @@
 
 struct KvCErrorList::State {
     std::deque<KvErrorListEntry> entries{};
-    std::size_t receivedBytes = 0; // memory of the entries that deSerialize added
 
     /// Texts handed out to a host, which may use them until the list changes.
     std::set<std::string, std::less<>> lentTexts{};

@@ -13,8 +13,6 @@
 
 namespace {
 
-constexpr std::size_t kReceivedLimit = 8 * 1024 * 1024; // bytes of memory
-
 KvErrorListEntry makeEntry(std::uint32_t code, std::uint32_t line, const char* operation, std::string_view signature,
                            std::va_list arguments) {
     KvErrorListEntry entry{code, line, operation == nullptr ? "" : operation, {}, {}};
@@ -68,18 +66,15 @@ void KvCErrorList::reset() noexcept {
     if (state_ == nullptr) { return; }
     state_->lentTexts.clear();
     state_->entries.clear();
-    state_->receivedBytes = 0;
 }
 
 std::int32_t KvCErrorList::deSerialize(const std::uint8_t* bytes, std::uint32_t length) noexcept try {
     if (state_ == nullptr || bytes == nullptr) { return -1; }
     state_->lentTexts.clear();
-    auto received = error_list_codec::decode({bytes, length}, kReceivedLimit - state_->receivedBytes);
+    auto received = error_list_codec::decode({bytes, length});
     if (!received) { return -1; }
     for (KvErrorListEntry& entry : *received) {
-        const std::size_t size = error_list_codec::footprint(entry);
         state_->entries.push_back(std::move(entry));
-        state_->receivedBytes += size;
     }
     return 0;
 } catch (...) { return -1; }

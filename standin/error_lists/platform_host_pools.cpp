@@ -25,6 +25,8 @@ KvCErrorListPool* KvPlatform_createPool() noexcept {
 
 void KvPlatform_deletePool(KvCErrorListPool* pool) noexcept { KvCErrorManager::getInstance()->deleteErrorList(pool); }
 
+void KvPlatform_clearPool(KvCErrorListPool& pool) noexcept { pool.reset(); }
+
 std::uint32_t KvPlatform_entryCount(const KvCErrorListPool& pool) noexcept { return pool.getErrorCount(); }
 
 std::uint32_t KvPlatform_entryCode(const KvCErrorListPool& pool, std::uint32_t index) noexcept {

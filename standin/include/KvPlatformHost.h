@@ -16,13 +16,19 @@ class KvCErrorListPool;
 
 extern "C" {
 
-/// Makes an empty pool of messages. The host gives it back with KvPlatform_deletePool.
+/// Makes an empty pool of messages. The host gives it back with KvPlatform_deletePool. A pool keeps every message that
+/// it receives, those of targets as well, and grows until the host empties it with KvPlatform_clearPool or an operation
+/// does as it says; a host that runs for long empties it when it has read it.
 /// @return the pool, or null when there is no memory
 KVPLATFORM_API KvCErrorListPool* KvPlatform_createPool() noexcept;
 
 /// Deletes a pool and its entries.
 /// @param pool a pool of KvPlatform_createPool, or null (then nothing happens)
 KVPLATFORM_API void KvPlatform_deletePool(KvCErrorListPool* pool) noexcept;
+
+/// Removes every message of a pool, which may be used again at once. Texts of its entries are no longer valid.
+/// @param pool the pool
+KVPLATFORM_API void KvPlatform_clearPool(KvCErrorListPool& pool) noexcept;
 
 /// Adds a device. Nothing is sent to it.
 /// @param pool receives messages

@@ -60,17 +60,23 @@ TEST(SerialisedErrorList, BytesThatAreNotOneWholeListAddNothing) {
     EXPECT_EQ(pool->getErrorCount(), 0U);
 }
 
-TEST(SerialisedErrorList, ReceivedEntriesEndAtEightMebibytesAndOthersDoNot) {
-    const Bytes manyEntries = KvErrorListAccess::serialize(std::vector<KvErrorListEntry>(20000));
+TEST(SerialisedErrorList, OneListBringsEightMebibytesAtMostAndAPoolKeepsEveryListUntilItIsCleared) {
+    const auto listOf = [](std::size_t count) {
+        return KvErrorListAccess::serialize(std::vector<KvErrorListEntry>(count));
+    };
     Pool pool;
-    for (int poll = 0; poll < 20; ++poll) {
-        EXPECT_EQ(receive(pool, manyEntries), 0);
+    for (int reply = 0; reply < 20; ++reply) {
+        EXPECT_EQ(receive(pool, listOf(20'000)), 0);
     }
+    EXPECT_EQ(receive(pool, kTwoEntries), 0);
+    EXPECT_EQ(pool->getErrorCount(), 400'002U);
+    EXPECT_EQ(pool->getErrorCode(400'000), 0x14a00804U);
+    KvPlatform_clearPool(pool);
+    EXPECT_EQ(pool->getErrorCount(), 0U);
+    EXPECT_EQ(receive(pool, listOf(200'000)), 0);
     const std::uint32_t kept = pool->getErrorCount();
     EXPECT_GE(kept, 8U * 1024 * 1024 / 200);
     EXPECT_LE(kept, 8U * 1024 * 1024 / sizeof(KvErrorListEntry));
-    KvPlatform_addEntry(pool, 5);
-    EXPECT_EQ(pool->getErrorCode(kept), 5U);
 }
 
 TEST(MessageTables, ArgumentsTakeThePlaceOfTheirNumbersAndTextsThatWereLentOutliveTheirTable) {
