@@ -148,9 +148,10 @@ void download(Demo& demo) {
     constexpr std::uint32_t kNoOption = 0;
     const Slots slots(demo.processes);
     ProgressLine line;
-    check(KvApplMan_downloadApplUtf8(demo.pool, slots.devices.data(), slots.accessRestrictions.data(), slots.ids.data(),
-                                     slots.files.data(), kNoOption, kSlotCount, showProgress, &line, nullptr),
-          "Downloading");
+    const std::int32_t status =
+        KvApplMan_downloadApplUtf8(demo.pool, slots.devices.data(), slots.accessRestrictions.data(), slots.ids.data(),
+                                   slots.files.data(), kNoOption, kSlotCount, showProgress, &line, nullptr);
+    check(line.ended(status), "Downloading");
 }
 
 void start(Demo& demo) {

@@ -14,7 +14,6 @@
 namespace {
 
 constexpr std::size_t kLongestName = 40; // bytes, so that the line fits a terminal
-constexpr double kPlainStep = 0.1;       // of the whole task
 constexpr const char* kClearToEnd = "\033[K";
 
 bool standardOutputIsTerminal() {
@@ -41,6 +40,8 @@ std::string percent(double fraction) {
     return text.data();
 }
 
+int tenthOf(double fraction) { return static_cast<int>(fraction * 10.0); }
+
 } // namespace
 
 ProgressLine::ProgressLine() : terminal_(standardOutputIsTerminal()) {}
@@ -49,34 +50,37 @@ ProgressLine::~ProgressLine() { endLine(); }
 
 void ProgressLine::show(const KvTApplManProgress& progress) {
     const std::string_view file = progress.fileName;
-    if (file.empty()) return endLine();
+    if (file.empty()) return;
 
     const std::string heading = "  phase " + std::to_string(progress.phase) + " of " +
                                 std::to_string(progress.phaseCount) + " " + progress.phaseName + "  " + shortened(file);
     if (heading != heading_) endLine();
     heading_ = heading;
-    const std::string line = heading + "  " + percent(progress.fraction);
-    if (terminal_) redraw(line);
-    else printNowAndThen(line, progress.fraction);
+    fraction_ = progress.fraction;
+    if (terminal_ || tenthOf(fraction_) > printedTenth_) print(fraction_);
+}
+
+std::int32_t ProgressLine::ended(std::int32_t status) {
+    const double fraction = status == 0 ? 1.0 : fraction_;
+    const bool shown = !terminal_ && status == 0 && printedTenth_ == tenthOf(fraction);
+    if (!heading_.empty() && !shown) print(fraction);
+    endLine();
+    heading_.clear();
+    return status;
 }
 
 void ProgressLine::endLine() {
-    if (terminal_ && !line_.empty()) std::puts("");
-    heading_.clear();
+    if (!terminal_ || line_.empty()) return;
+    std::puts("");
     line_.clear();
 }
 
-void ProgressLine::redraw(const std::string& line) {
+void ProgressLine::print(double fraction) {
+    const std::string line = heading_ + "  " + percent(fraction);
     if (line == line_) return;
-    std::printf("\r%s%s", line.c_str(), kClearToEnd);
+    if (terminal_) std::printf("\r%s%s", line.c_str(), kClearToEnd);
+    else std::puts(line.c_str());
     std::fflush(stdout);
     line_ = line;
-}
-
-void ProgressLine::printNowAndThen(const std::string& line, double fraction) {
-    if (!line_.empty() && fraction < printedFraction_ + kPlainStep) return;
-    std::puts(line.c_str());
-    std::fflush(stdout);
-    line_ = line;
-    printedFraction_ = fraction;
+    printedTenth_ = tenthOf(fraction);
 }

@@ -1,6 +1,7 @@
-// The progress of a download on standard output: on a terminal a line that redraws, else a plain line now and then.
+// The progress of a long call on standard output: on a terminal a line that redraws, else at most one line per 10 %.
 #pragma once
 
+#include <cstdint>
 #include <string>
 
 #include "KvApplicationManagerAP.h"
@@ -12,18 +13,22 @@ public:
     ProgressLine(const ProgressLine&) = delete;
     ProgressLine& operator=(const ProgressLine&) = delete;
 
-    /// Each phase and file has a line of its own. A report without a file belongs to an empty slot and shows nothing.
+    /// On a terminal, each phase and file has a line of its own. A report without a file belongs to an empty slot and
+    /// shows nothing.
     void show(const KvTApplManProgress& progress);
+
+    /// Shows where the call has ended: at 100 % after a success, else where it was. Result: the status.
+    std::int32_t ended(std::int32_t status);
 
 private:
     void endLine();
-    void redraw(const std::string& line);
-    void printNowAndThen(const std::string& line, double fraction);
+    void print(double fraction);
 
     const bool terminal_;
     std::string heading_{}; // phase and file of the line
-    std::string line_{};
-    double printedFraction_ = 0.0;
+    std::string line_{};    // that was printed last
+    double fraction_ = 0.0; // that was reported last
+    int printedTenth_ = -1;
 };
 
 /// The callback that shows progress; `line` is a ProgressLine.

@@ -72,9 +72,9 @@ void bringUp(Demo& demo) {
 
 void load(Demo& demo, const char* path, std::uint32_t type) {
     ProgressLine line;
-    check(KvApplMan_loadFileUtf8(demo.pool, demo.device, demo.access, demo.applId, path, "", "", type, 0, showProgress,
-                                 &line, nullptr),
-          std::string("Loading ") + path);
+    const std::int32_t status = KvApplMan_loadFileUtf8(demo.pool, demo.device, demo.access, demo.applId, path, "", "",
+                                                       type, 0, showProgress, &line, nullptr);
+    check(line.ended(status), std::string("Loading ") + path);
 }
 
 void loadFile(Demo& demo) { load(demo, demo.file, kFileType); }

@@ -34,7 +34,9 @@ private:
 /// May be used by several threads at once.
 class Store {
 public:
-    /// Makes the folder if need be and removes what broken transfers have left in it. Throws std::system_error.
+    /// Makes the folder if need be, locks it for as long as the store is open, and removes what broken transfers have
+    /// left in it. Throws std::system_error when it cannot, when another store is open there, in whatever process, and
+    /// when nothing can be written.
     explicit Store(const std::filesystem::path& root);
     ~Store();
     Store(const Store&) = delete;
@@ -58,6 +60,12 @@ private:
     struct State;
     std::unique_ptr<State> state_;
 };
+
+// Why a store cannot be opened.
+inline constexpr const char* kUsedByAnother = "another target uses it";
+inline constexpr const char* kNotWritable = "nothing can be written there";
+
+inline constexpr const char* kProbe = "probe"; // a name to begin a file with that is never committed
 
 /// Removes the files below `root` that bear the stage prefix.
 void sweepStagedFiles(const std::filesystem::path& root);

@@ -6,6 +6,7 @@
 #include <fcntl.h>
 #include <optional>
 #include <string_view>
+#include <sys/file.h>
 #include <sys/stat.h>
 #include <system_error>
 #include <unistd.h>
@@ -123,15 +124,20 @@ bool StagedFile::commit() noexcept {
 }
 
 struct Store::State {
-    Descriptor root;
+    Descriptor root; // bears the lock
 };
 
 Store::Store(const std::filesystem::path& root) {
     std::filesystem::create_directories(root);
-    sweepStagedFiles(root);
     Descriptor opened{open(root.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC)};
-    if (!opened.valid()) { throw std::system_error{errno, std::generic_category(), root.string()}; }
+    if (!opened.valid()) { throw std::system_error{errno, std::generic_category(), "it cannot be opened"}; }
+    if (flock(opened.number(), LOCK_EX | LOCK_NB) != 0) {
+        const char* const why = errno == EWOULDBLOCK ? kUsedByAnother : "it cannot be locked";
+        throw std::system_error{errno, std::generic_category(), why};
+    }
+    sweepStagedFiles(root);
     state_ = std::make_unique<State>(State{std::move(opened)});
+    if (!stage({}, kProbe)) { throw std::system_error{errno, std::generic_category(), kNotWritable}; }
 }
 
 Store::~Store() = default;

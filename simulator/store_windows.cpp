@@ -45,6 +45,20 @@ std::optional<Path> findDirectory(const Path& root, const StorePath& path, Missi
     return directory;
 }
 
+std::system_error lastError(const char* what) {
+    return {static_cast<int>(GetLastError()), std::system_category(), what};
+}
+
+/// Opens the folder itself in a way that the system grants once at a time. What is in it can be used as ever; only nothing
+/// can be renamed into it, which a target does in folders below it alone.
+Handle lockFolder(const Path& folder) {
+    constexpr DWORD kFlags = FILE_FLAG_BACKUP_SEMANTICS; // since it is a folder
+    const HANDLE opened =
+        CreateFileW(folder.c_str(), FILE_ADD_FILE, FILE_SHARE_READ, nullptr, OPEN_EXISTING, kFlags, nullptr);
+    if (opened != INVALID_HANDLE_VALUE) { return Handle{opened}; }
+    throw lastError(GetLastError() == ERROR_SHARING_VIOLATION ? kUsedByAnother : kNotWritable);
+}
+
 } // namespace
 
 struct StagedFile::State {
@@ -87,12 +101,15 @@ bool StagedFile::commit() noexcept {
 
 struct Store::State {
     Path root;
+    Handle lock;
 };
 
 Store::Store(const Path& root) {
     std::filesystem::create_directories(root);
+    Handle lock = lockFolder(root);
     sweepStagedFiles(root);
-    state_ = std::make_unique<State>(State{std::filesystem::absolute(root)});
+    state_ = std::make_unique<State>(State{std::filesystem::absolute(root), std::move(lock)});
+    if (!stage({}, kProbe)) { throw lastError(kNotWritable); }
 }
 
 Store::~Store() = default;

@@ -245,6 +245,18 @@ TEST_F(Target, NoNameThatAHostGivesLeadsOutOfTheStore) {
     }
 }
 
+TEST_F(Target, AStoreIsUsedByOneAtATime) {
+    ASSERT_EQ(open("d", "file", 3), kDone);
+    Options options;
+    options.store = root;
+    EXPECT_THROW(TargetService{options}, std::system_error);
+    service->forgetEverything(); // as a restart does
+    EXPECT_THROW(TargetService{options}, std::system_error);
+    EXPECT_EQ(put("d", "file", "new"), kDone);
+    service.reset();
+    EXPECT_NO_THROW(TargetService{options});
+}
+
 TEST_F(Target, AnAdditionalFolderGoesWithWhatIsInIt) {
     const std::uint32_t applId = newProcess();
     const TApplManAddFileRequest folder{kMode, kAccessId, applId, 512, "C:\\source", "", "tree", 0};
