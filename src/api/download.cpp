@@ -131,7 +131,7 @@ private:
     void prepareProgress() {
         std::uint64_t bytes = 0;
         for (std::uint32_t slot = 0; slot < what_.applCount; ++slot) {
-            if (what_.present(slot)) { bytes += getFileSize(utf8ToWide(what_.applPathsUtf8[slot])); }
+            if (what_.present(slot)) { bytes += getFileSize(hostPathOf(what_.applPathsUtf8[slot])); }
         }
         const std::uint64_t slots = what_.applCount;
         tracker_.callback = what_.progressCallback;
@@ -148,7 +148,7 @@ private:
     }
 
     Status loadSlot(std::uint32_t slot) {
-        const std::u16string path = utf8ToWide(what_.applPathsUtf8[slot]);
+        const std::u16string path = hostPathOf(what_.applPathsUtf8[slot]);
         const std::u16string targetPath =
             utf8ToWide(what_.targetPathsUtf8 == nullptr ? nullptr : what_.targetPathsUtf8[slot]);
         return download(report_.pool(), what_.devHandles[slot], what_.accessResHandles[slot], what_.applIds[slot],

@@ -56,7 +56,7 @@ struct Source {
 };
 
 Source sourceOf(const LoadOrder& order) {
-    std::u16string path = utf8ToWide(order.sourcePathUtf8);
+    std::u16string path = hostPathOf(order.sourcePathUtf8);
     if (order.sourcePathUtf8[0] != '\0') { path = normalizeHostPath(path.c_str()); }
     std::string shown = wideToMessageText(path.c_str());
     return {std::move(path), std::move(shown)};

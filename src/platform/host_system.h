@@ -95,6 +95,12 @@ private:
     std::uint64_t size_ = 0;
 };
 
+/// In place of what a host path cannot hold. A lone surrogate is in no name, so that a path with one leads nowhere.
+inline constexpr char16_t kLeadsNowhere = 0xDC00;
+
+/// A host path as a user writes it; what is no UTF-8 leads nowhere.
+std::u16string pathFromUtf8(std::string_view path);
+
 /// Text encodings; what cannot be converted becomes U+FFFD.
 std::u16string utf16FromUtf8(std::string_view text);
 std::string utf8FromUtf16(std::u16string_view text);

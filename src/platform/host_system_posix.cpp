@@ -20,7 +20,6 @@ namespace {
 
 constexpr std::u16string_view kLongPrefix = u"\\\\?\\";
 constexpr std::u16string_view kLongNetworkPrefix = u"\\\\?\\UNC\\";
-constexpr char16_t kUnreachable = 0xFFFD; // stands for a backslash within a name, which a host path cannot hold
 
 template <class Call>
 auto retried(Call call) {
@@ -61,8 +60,10 @@ struct Location {
     std::string name;
 };
 
-/// A directory that cannot be reached leaves the base closed, so that whatever is asked of the location fails.
+/// Whatever is asked of a location fails when the path leads nowhere, since it has no name then, and when a directory
+/// cannot be reached, since the base is closed then.
 Location locate(const std::u16string& path) {
+    if (utf16FromUtf8(utf8FromUtf16(path)) != path) { return {}; }
     Location at{.name = withoutLongPrefix(path)};
     std::replace(at.name.begin(), at.name.end(), '\\', '/');
     while (at.name.size() >= PATH_MAX) {
@@ -129,14 +130,24 @@ std::u16string withBackslashes(std::u16string path) {
     return path;
 }
 
+/// A path or name of the system as a host path, which cannot hold a backslash within a name.
+std::u16string hostPathFrom(const std::string& native) {
+    std::u16string path = pathFromUtf8(native);
+    std::replace(path.begin(), path.end(), u'\\', kLeadsNowhere);
+    return withBackslashes(std::move(path));
+}
+
 std::optional<std::u16string> workingDirectory() {
     std::error_code failure;
     const std::filesystem::path directory = std::filesystem::current_path(failure);
     if (failure || !directory.is_absolute()) { return {}; }
-    return withBackslashes(utf16FromUtf8(directory.native()));
+    return hostPathFrom(directory.native());
 }
 
-bool isNetworkPath(std::u16string_view path) { return path.starts_with(u"\\\\") && !path.starts_with(u"\\\\\\"); }
+/// Only what the host wrote as two backslashes marks a server.
+bool isNetworkPath(std::u16string_view path) {
+    return path.starts_with(u"\\\\") && path.substr(2, 1).find_first_of(u"\\/") == path.npos;
+}
 
 } // namespace
 
@@ -144,7 +155,7 @@ std::optional<std::u16string> fullPath(const std::u16string& path) {
     if (path.empty()) { return {}; }
     if (path.starts_with(kLongPrefix)) { return path; }
     const std::u16string given = withBackslashes(path);
-    if (isNetworkPath(given)) { return u'\\' + resolved(given, 2); } // \\server\share is the root
+    if (isNetworkPath(path)) { return u'\\' + resolved(given, 2); } // \\server\share is the root
     if (given.starts_with(u'\\')) { return resolved(given, 0); }
     const std::optional<std::u16string> directory = workingDirectory();
     if (!directory) { return {}; }
@@ -191,8 +202,7 @@ std::optional<DirectoryIdentity> identityOf(DIR* directory) {
 }
 
 DirectoryEntry entryOf(DIR* directory, const std::string& name) {
-    DirectoryEntry entry{.name = utf16FromUtf8(name)};
-    std::replace(entry.name.begin(), entry.name.end(), u'\\', kUnreachable);
+    DirectoryEntry entry{.name = hostPathFrom(name)};
     const auto status = statusOf(::dirfd(directory), name.c_str());
     if (name == "." || name == "..") {
         entry.attributes = kDirectoryAttribute;
@@ -258,6 +268,7 @@ std::tm utcTime(std::int64_t time) {
 std::tm localTime(std::int64_t time) {
     const std::time_t seconds = time;
     std::tm result{};
+    ::tzset(); // localtime_r alone may keep the zone that TZ named before
     return ::localtime_r(&seconds, &result) != nullptr ? result : localTime(0);
 }
 

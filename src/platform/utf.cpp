@@ -1,10 +1,11 @@
-// Conversion between UTF-8 and UTF-16. What is malformed becomes U+FFFD, one for each maximal part of a sequence.
+// Conversion between UTF-8 and UTF-16. What is malformed is replaced once for each maximal part of a sequence.
 #include "platform/host_system.h"
 
 namespace host_system {
 namespace {
 
 constexpr char32_t kReplacement = 0xFFFD;
+constexpr char32_t kMalformed = 0xFFFFFFFF; // no code point
 
 /// What a lead byte announces: how many bytes follow, and the range of the first of them (the others: 80 to BF).
 struct Lead {
@@ -31,13 +32,13 @@ std::optional<Lead> leadOf(std::uint8_t byte) {
 char32_t takeCodePoint(std::string_view& text) {
     const std::optional<Lead> lead = leadOf(static_cast<std::uint8_t>(text.front()));
     text.remove_prefix(1);
-    if (!lead) { return kReplacement; }
+    if (!lead) { return kMalformed; }
     char32_t point = lead->bits;
     std::uint8_t low = lead->low;
     std::uint8_t high = lead->high;
     for (int i = 0; i < lead->following; ++i) {
         const std::uint8_t byte = text.empty() ? std::uint8_t{0} : static_cast<std::uint8_t>(text.front());
-        if (byte < low || byte > high) { return kReplacement; }
+        if (byte < low || byte > high) { return kMalformed; }
         point = point << 6 | (byte & 0x3FU);
         text.remove_prefix(1);
         low = 0x80;
@@ -53,7 +54,7 @@ char32_t takeCodePoint(std::u16string_view& text) {
     const char32_t first = text.front();
     text.remove_prefix(1);
     if (!isHighSurrogate(first) && !isLowSurrogate(first)) { return first; }
-    if (isLowSurrogate(first) || text.empty() || !isLowSurrogate(text.front())) { return kReplacement; }
+    if (isLowSurrogate(first) || text.empty() || !isLowSurrogate(text.front())) { return kMalformed; }
     const char32_t second = text.front();
     text.remove_prefix(1);
     return 0x10000 + ((first - 0xD800) << 10) + (second - 0xDC00);
@@ -88,18 +89,20 @@ void append(std::string& text, char32_t point) {
 }
 
 template <class Target, class Source>
-Target converted(Source text) {
+Target converted(Source text, char32_t replacement) {
     Target result;
     result.reserve(text.size());
     while (!text.empty()) {
-        append(result, takeCodePoint(text));
+        const char32_t point = takeCodePoint(text);
+        append(result, point == kMalformed ? replacement : point);
     }
     return result;
 }
 
 } // namespace
 
-std::u16string utf16FromUtf8(std::string_view text) { return converted<std::u16string>(text); }
-std::string utf8FromUtf16(std::u16string_view text) { return converted<std::string>(text); }
+std::u16string pathFromUtf8(std::string_view path) { return converted<std::u16string>(path, kLeadsNowhere); }
+std::u16string utf16FromUtf8(std::string_view text) { return converted<std::u16string>(text, kReplacement); }
+std::string utf8FromUtf16(std::u16string_view text) { return converted<std::string>(text, kReplacement); }
 
 } // namespace host_system

@@ -25,6 +25,10 @@ std::string cutToLimit(std::string_view text) {
 
 } // namespace
 
+std::u16string hostPathOf(const char* pathUtf8) {
+    return pathUtf8 == nullptr ? u"" : host_system::pathFromUtf8(pathUtf8);
+}
+
 std::u16string normalizeHostPath(const char16_t* path) {
     if (path == nullptr) { return {}; }
     std::u16string full = host_system::fullPath(path).value_or(u"");

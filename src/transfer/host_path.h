@@ -7,6 +7,9 @@
 
 namespace applman {
 
+/// A path as the host gives it; empty for null. What is no UTF-8 in it leads nowhere.
+std::u16string hostPathOf(const char* pathUtf8);
+
 /// The full path, with the long-path prefix from 260 characters on; empty for null or when it cannot be resolved.
 std::u16string normalizeHostPath(const char16_t* path);
 

@@ -24,7 +24,6 @@ private:
         ::_tzset();
 #else
         *zone != '\0' ? ::setenv("TZ", zone, 1) : ::unsetenv("TZ");
-        ::tzset();
 #endif
     }
 };

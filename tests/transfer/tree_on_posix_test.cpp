@@ -71,6 +71,39 @@ TEST_F(TreeOnPosix, WhatIsNoFileFailsAsATransfer) {
     expectFailure("dangling");
 }
 
+TEST_F(TreeOnPosix, WhatAHostPathCannotHoldFailsAlsoBesideTheNameThatItIsShownAs) {
+    const std::string shownAs = "a\xEF\xBF\xBD"
+                                "b";
+    for (const std::string name : {"a\xFF"
+                                   "b",
+                                   "a\\b"}) {
+        tree.file(shownAs, 1);
+        tree.file(name, 1);
+        pool->reset();
+        EXPECT_EQ(sendTree(), Status::transfer);
+        EXPECT_EQ(messages(pool),
+                  Texts{"copyBinaryToTarget 0x1250000d(transfer," + shown(shownAs) + ",/dir," + shownAs + ")"});
+        EXPECT_FALSE(isPathOfKind(normalizeHostPath(hostPathOf((tree.root / name).c_str()).c_str()), true));
+        std::filesystem::remove(tree.root / name);
+        std::filesystem::remove(tree.root / shownAs);
+        tree.file(shownAs + "/f", 1);
+        tree.file(name + "/f", 1);
+        EXPECT_EQ(getDirectorySize(tree.path()), 1U);
+        EXPECT_EQ(sendTree(), Status::transfer);
+        EXPECT_EQ(messages(pool).back(), "copyDirToTarget 0x12500058(" + shown(shownAs) + ")");
+        std::filesystem::current_path(tree.root / name);
+        EXPECT_FALSE(isPathOfKind(normalizeHostPath(u"f"), true)) << "nor does a path from there lead anywhere";
+        std::filesystem::current_path(tree.root.parent_path());
+        std::filesystem::remove_all(tree.root / name);
+        std::filesystem::remove_all(tree.root / shownAs);
+    }
+}
+
+TEST_F(TreeOnPosix, OnlyBackslashesMarkANetworkPath) {
+    EXPECT_EQ(normalizeHostPath(u"//a/../a/x"), u"\\a\\x");
+    EXPECT_EQ(normalizeHostPath(u"//?/x"), u"\\?\\x");
+}
+
 TEST_F(TreeOnPosix, ADirectoryThatCannotBeReadToItsEndFailsAfterWhatWasRead) {
     tree.file("f", 1);
     readableEntries = 3;
