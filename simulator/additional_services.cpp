@@ -12,7 +12,7 @@ using namespace applman;
 
 constexpr std::uint32_t kAllCores = 1; // kinds of the request for cores
 constexpr std::uint32_t kFreeCores = 2;
-constexpr std::uint32_t kCoresParameter = 17; // of a process: on which cores it runs
+constexpr ParameterNumbers kCores = param::kParameter1005; // of a process: on which cores it runs
 
 FileOutcome unknownProcess(std::uint32_t applId) {
     return {kFileUnknownProcess, message(Code::unknownProcess, {applId})};
@@ -68,9 +68,9 @@ std::set<std::uint32_t> ApplicationManager::coresInUse() const {
     std::set<std::uint32_t> used;
     for (const auto& [id, process] : applications_) {
         if (process.state != AppState::running && process.state != AppState::paused) { continue; }
-        const auto written = process.values.find(kCoresParameter);
-        const auto value = written != process.values.end() ? written->second
-                                                           : findParameter(kCoresParameter)->value(facts(), &process);
+        const auto written = process.values.find(kCores.target);
+        const auto value =
+            written != process.values.end() ? written->second : findParameter(kCores.target)->value(facts(), &process);
         const auto& cores = std::get<kTagWords>(value);
         used.insert(cores.begin(), cores.end());
     }
@@ -135,7 +135,7 @@ void ApplicationManager::startFromFlash(const std::string& name) {
     process.number = 1;
     process.groupSize = 1;
     process.state = AppState::ready;
-    process.values[kFileName] = Text{name};
+    process.values[param::kFileName.target] = Text{name};
     applications_.emplace(process.id, std::move(process));
 }
 

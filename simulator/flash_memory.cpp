@@ -1,5 +1,6 @@
 #include "simulator/flash_memory.h"
 
+#include "protocol/parameter_numbers.h"
 #include "simulator/target_messages.h"
 
 namespace simulated_target {
@@ -7,11 +8,7 @@ namespace {
 
 using applman::TApplManValue;
 using applman::Text;
-
-// Target parameters of a flash application.
-constexpr std::uint32_t kName = 5;
-constexpr std::uint32_t kInformation = 41;
-constexpr std::uint32_t kValues = 64;
+namespace param = applman::param;
 
 Failure unknownFlashApplication(std::uint32_t id) { return message(Code::unknownFlashApplication, {id}); }
 
@@ -42,13 +39,13 @@ Failure FlashMemory::read(std::uint32_t id, std::uint32_t number, TApplManValue&
     if (found == applications_.end()) { return unknownFlashApplication(id); }
     const FlashApplication& application = found->second;
     switch (number) {
-    case kName:
+    case param::kFileName.target:
         value = Text{application.name};
         return {};
-    case kInformation:
+    case param::kInformationText.target:
         value = Text{"Simulated flash application " + application.name};
         return {};
-    case kValues:
+    case param::kFlashValues.target:
         value = application.values;
         return {};
     default:
@@ -59,7 +56,7 @@ Failure FlashMemory::read(std::uint32_t id, std::uint32_t number, TApplManValue&
 Failure FlashMemory::write(std::uint32_t id, std::uint32_t number, const TApplManValue& value) {
     const auto found = applications_.find(id);
     if (found == applications_.end()) { return unknownFlashApplication(id); }
-    if (number != kValues) { return message(Code::unknownParameter, {number, id}); }
+    if (number != param::kFlashValues.target) { return message(Code::unknownParameter, {number, id}); }
     const auto* const values = std::get_if<applman::kTagQuads>(&value);
     if (values == nullptr) {
         return message(Code::wrongValueType,

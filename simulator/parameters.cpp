@@ -66,63 +66,64 @@ using applman::kTagText;
 using applman::kTagTexts;
 using applman::kTagWord;
 using applman::kTagWords;
+using namespace applman::param;
 using enum Access;
 
-// In ascending order of the numbers.
+// In ascending order of the target's numbers.
 constexpr Parameter kParameters[] = {
-    // number, tag, of a process, of the manager, access, value
-    {1, kTagWord, false, true, readOnly, kNoWord},
-    {3, kTagText, true, false, readOnly, targetFileName},
-    {4, kTagText, true, false, readOnly, targetDirectory},
+    // numbers, tag, of a process, of the manager, access, value
+    {kItem21, kTagWord, false, true, readOnly, kNoWord},
+    {kTargetFileName, kTagText, true, false, readOnly, targetFileName},
+    {kTargetDirectory, kTagText, true, false, readOnly, targetDirectory},
     {kFileName, kTagText, true, false, writable, kNoText},
-    {6, kTagText, true, false, writable, kNoText},
-    {7, kTagQuad, true, false, writable, kNoQuad},
-    {8, kTagText, true, true, writable, kNoText},
-    {10, kTagWord, true, false, writable, kNoWord},
-    {11, kTagWord, true, false, readOnly, state},
-    {12, kTagQuad, true, false, writable, kNoQuad},
-    {13, kTagTexts, true, true, writable, kNoTexts},
-    {14, kTagText, true, true, writable, kNoText},
-    {15, kTagText, true, true, writable, kNoText},
-    {16, kTagQuad, true, true, writable, kNoQuad},
-    {17, kTagWords, true, true, writable, firstCore},
-    {18, kTagQuad, true, false, readOnly, kNoQuad},
-    {19, kTagWord, true, false, readOnly, oneProcess},
-    {20, kTagWord, true, false, readOnly, groupSize},
-    {21, kTagWords, true, false, readOnly, firstCore},
-    {23, kTagWord, true, true, writable, kNoWord},
-    {24, kTagWord, true, true, writable, kNoWord},
-    {25, kTagText, false, true, readOnly, description},
-    {26, kTagText, false, true, readOnly, description},
-    {27, kTagText, false, true, readOnly, description},
-    {28, kTagWord, true, true, writable, kNoWord},
-    {29, kTagWords, true, false, writable, kNoWords},
-    {30, kTagWords, true, false, writable, kNoWords},
-    {31, kTagWord, true, false, readOnly, initialisationCalls},
-    {32, kTagText, false, true, readOnly, description},
-    {33, kTagText, true, false, writable, kNoText},
-    {34, kTagText, true, false, writable, kNoText},
-    {35, kTagText, true, true, readOnly, description},
-    {36, kTagText, false, true, readOnly, description},
-    {37, kTagWord, false, true, readOnly, serialNumber},
-    {38, kTagText, false, true, readOnly, negatedDescription},
-    {39, kTagText, false, true, readOnly, negatedDescription},
-    {40, kTagWord, true, true, readOnly, commandTimeout},
-    {41, kTagText, true, false, readOnly, information},
-    {42, kTagText, true, true, writable, kNoText},
-    {43, kTagTexts, false, true, writable, kNoTexts},
-    {131, kTagDouble, true, true, writable, kNoDouble},
-    {134, kTagDouble, true, true, writable, kNoDouble},
-    {1024, kTagWord, true, true, writable, kNoWord},
-    {1025, kTagWord, false, true, readOnly, processCount},
-    {1026, kTagQuad, false, true, readOnly, startTime},
-    {1027, kTagQuad, false, true, readOnly, presentTime},
-    {1028, kTagText, false, true, readOnly, description},
+    {kDirectory, kTagText, true, false, writable, kNoText},
+    {kFileTime, kTagQuad, true, false, writable, kNoQuad},
+    {kParameter1007, kTagText, true, true, writable, kNoText},
+    {kDownloadOption, kTagWord, true, false, writable, kNoWord},
+    {kState, kTagWord, true, false, readOnly, state},
+    {kDownloadTime, kTagQuad, true, false, writable, kNoQuad},
+    {kParameter1001, kTagTexts, true, true, writable, kNoTexts},
+    {kParameter1003, kTagText, true, true, writable, kNoText},
+    {kParameter1002, kTagText, true, true, writable, kNoText},
+    {kParameter1004, kTagQuad, true, true, writable, kNoQuad},
+    {kParameter1005, kTagWords, true, true, writable, firstCore},
+    {kItem8, kTagQuad, true, false, readOnly, kNoQuad},
+    {kItem9, kTagWord, true, false, readOnly, oneProcess},
+    {kGroupSize, kTagWord, true, false, readOnly, groupSize},
+    {kItem11, kTagWords, true, false, readOnly, firstCore},
+    {kParameter1008, kTagWord, true, true, writable, kNoWord},
+    {kParameter1009, kTagWord, true, true, writable, kNoWord},
+    {kItem12, kTagText, false, true, readOnly, description},
+    {kItem13, kTagText, false, true, readOnly, description},
+    {kItem14, kTagText, false, true, readOnly, description},
+    {kParameter1010, kTagWord, true, true, writable, kNoWord},
+    {kGroupSerialNumbers, kTagWords, true, false, writable, kNoWords},
+    {kGroupAddresses, kTagWords, true, false, writable, kNoWords},
+    {kInitCalls, kTagWord, true, false, readOnly, initialisationCalls},
+    {kItem17, kTagText, false, true, readOnly, description},
+    {kDownloadTimeText, kTagText, true, false, writable, kNoText},
+    {kFileTimeText, kTagText, true, false, writable, kNoText},
+    {kItem128, kTagText, true, true, readOnly, description},
+    {kItem18, kTagText, false, true, readOnly, description},
+    {kSerialNumber, kTagWord, false, true, readOnly, serialNumber},
+    {kItem19, kTagText, false, true, readOnly, negatedDescription},
+    {kItem20, kTagText, false, true, readOnly, negatedDescription},
+    {kCommandTimeout, kTagWord, true, true, readOnly, commandTimeout},
+    {kInformationText, kTagText, true, false, readOnly, information},
+    {kParameter1011, kTagText, true, true, writable, kNoText},
+    {kHostTime, kTagTexts, false, true, writable, kNoTexts},
+    {kParameter3074, kTagDouble, true, true, writable, kNoDouble},
+    {kParameter3073, kTagDouble, true, true, writable, kNoDouble},
+    {kParameter3072, kTagWord, true, true, writable, kNoWord},
+    {kItem2049, kTagWord, false, true, readOnly, processCount},
+    {kStartTime, kTagQuad, false, true, readOnly, startTime},
+    {kPresentTime, kTagQuad, false, true, readOnly, presentTime},
+    {kItem2054, kTagText, false, true, readOnly, description},
 };
 
-constexpr bool before(const Parameter& parameter, std::uint32_t number) { return parameter.number < number; }
+constexpr bool before(const Parameter& parameter, std::uint32_t number) { return parameter.numbers.target < number; }
 static_assert(std::is_sorted(std::begin(kParameters), std::end(kParameters),
-                             [](const Parameter& a, const Parameter& b) { return before(a, b.number); }));
+                             [](const Parameter& a, const Parameter& b) { return before(a, b.numbers.target); }));
 
 /// What the host calls the file, as far as it can be a name in the store on every system.
 std::string storeName(std::string_view announced) {
@@ -141,7 +142,7 @@ std::string storeName(std::string_view announced) {
 
 const Parameter* findParameter(std::uint32_t number) noexcept {
     const auto* const found = std::lower_bound(std::begin(kParameters), std::end(kParameters), number, before);
-    return found != std::end(kParameters) && found->number == number ? found : nullptr;
+    return found != std::end(kParameters) && found->numbers.target == number ? found : nullptr;
 }
 
 std::string binaryDirectory(const Application& process) {
@@ -149,7 +150,7 @@ std::string binaryDirectory(const Application& process) {
 }
 
 std::string binaryName(const Application& process) {
-    const auto written = process.values.find(kFileName);
+    const auto written = process.values.find(kFileName.target);
     if (written == process.values.end()) { return storeName(""); }
     return storeName(std::get<applman::kTagText>(written->second).value_or(""));
 }

@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <string>
 
+#include "protocol/parameter_numbers.h"
 #include "simulator/application.h"
 
 namespace simulated_target {
@@ -21,7 +22,7 @@ struct ManagerFacts {
 enum class Access { readOnly, writable };
 
 struct Parameter {
-    std::uint32_t number;
+    applman::ParameterNumbers numbers;
     applman::ValueTag tag;
     bool ofProcess;
     bool ofManager;
@@ -39,6 +40,5 @@ std::string binaryDirectory(const Application& process);
 std::string binaryName(const Application& process);
 
 inline constexpr const char* kApplicationsDirectory = "applications";
-inline constexpr std::uint32_t kFileName = 5; // the name of the binary, as the host announces it
 
 } // namespace simulated_target

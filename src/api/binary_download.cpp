@@ -8,6 +8,7 @@
 #include "frame/calling_frame.h"
 #include "platform/host_system.h"
 #include "protocol/completion_wait.h"
+#include "protocol/parameter_numbers.h"
 #include "protocol/procedures.h"
 #include "protocol/unsupported_param.h"
 #include "transfer/file_transfer.h"
@@ -18,10 +19,6 @@ namespace applman {
 namespace {
 
 using Client = KV_RPC_PROG_APPLMAN_HOST2Client;
-
-// Target parameters of a download.
-constexpr std::uint32_t kTargetFileName = 3;
-constexpr std::uint32_t kTargetDirectory = 4;
 
 struct DownloadParameter {
     std::uint32_t targetParamId;
@@ -35,13 +32,13 @@ std::array<DownloadParameter, 7> downloadParameters(const std::string& hostPath,
     const std::int64_t now = host_system::currentTime();
     const std::string& announced = targetName.empty() ? hostPath : targetName;
     return {{
-        {10, downloadOption},
-        {7, modified},
-        {34, Text{formatLocalTime(modified)}},
-        {12, now},
-        {33, Text{formatLocalTime(now)}},
-        {5, Text{extractFileName(announced)}},
-        {6, Text{extractDirectory(announced)}},
+        {param::kDownloadOption.target, downloadOption},
+        {param::kFileTime.target, modified},
+        {param::kFileTimeText.target, Text{formatLocalTime(modified)}},
+        {param::kDownloadTime.target, now},
+        {param::kDownloadTimeText.target, Text{formatLocalTime(now)}},
+        {param::kFileName.target, Text{extractFileName(announced)}},
+        {param::kDirectory.target, Text{extractDirectory(announced)}},
     }};
 }
 
@@ -75,8 +72,8 @@ Status KvApplMan_getApplBinaryTargetPath(KvCErrorListPool& pool, Client& client,
                                          std::uint32_t applId, Text* directory, Text* fileName) {
     const Reporter report{pool, "KvApplMan_getApplBinaryTargetPath"};
     if (directory == nullptr || fileName == nullptr) { return report.fail(Msg::invalidArgument, Status::argument); }
-    *fileName = readTargetText(pool, client, accessId, applId, kTargetFileName);
-    *directory = readTargetText(pool, client, accessId, applId, kTargetDirectory);
+    *fileName = readTargetText(pool, client, accessId, applId, param::kTargetFileName.target);
+    *directory = readTargetText(pool, client, accessId, applId, param::kTargetDirectory.target);
     if (*fileName && *directory) { return Status::ok; }
     fileName->reset();
     directory->reset();

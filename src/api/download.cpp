@@ -7,15 +7,13 @@
 #include "api/group_devices.h"
 #include "frame/calling_frame.h"
 #include "protocol/completion_wait.h"
+#include "protocol/parameter_numbers.h"
 #include "protocol/procedures.h"
 #include "transfer/host_path.h"
 #include "transfer/text.h"
 
 namespace applman {
 namespace {
-
-constexpr std::uint32_t kGroupSizeItem = 10;
-constexpr std::uint32_t kInitCallsItem = 2050;
 
 /// What the host gave, per slot and for all.
 struct DownloadOrder {
@@ -80,7 +78,7 @@ Status KvApplMan_checkApplicationCount(KvCErrorListPool& pool, void* devHandle, 
                                        std::uint32_t applId, std::uint32_t expected) {
     const Reporter report{pool, "KvApplMan_checkApplicationCount"};
     std::uint32_t count = 0;
-    const std::int32_t read = readWord(pool, devHandle, accessResHandle, applId, kGroupSizeItem, &count);
+    const std::int32_t read = readWord(pool, devHandle, accessResHandle, applId, param::kGroupSize.host, &count);
     if (read != 0) { return report.fail(Msg::groupSizeUnread, static_cast<Status>(read)); }
     if (count != expected) { return report.fail(Msg::wrongGroupSize, Status::load, expected, count); }
     return Status::ok;
@@ -91,7 +89,7 @@ Status readInitCalls(const Reporter& report, const DownloadOrder& what, InitCall
         if (!what.present(slot)) { continue; }
         std::uint32_t count = 0;
         const std::int32_t read = readWord(report.pool(), what.devHandles[slot], what.accessResHandles[slot],
-                                           what.applIds[slot], kInitCallsItem, &count);
+                                           what.applIds[slot], param::kInitCalls.host, &count);
         if (read != 0) { return report.fail(Msg::initCallsUnread, static_cast<Status>(read)); }
         calls->completeLoad = calls->completeLoad || count == 0;
         calls->most = std::max(calls->most, count);

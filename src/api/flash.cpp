@@ -11,6 +11,7 @@
 #include "protocol/completion_wait.h"
 #include "protocol/information_decode.h"
 #include "protocol/information_items.h"
+#include "protocol/parameter_numbers.h"
 #include "protocol/procedures.h"
 
 namespace applman {
@@ -20,8 +21,7 @@ using Client = KV_RPC_PROG_APPLMAN_HOST2Client;
 
 constexpr std::uint32_t kWireRequestMode = 1; // of request mode 0
 constexpr std::uint32_t kCommandWord = 1;
-constexpr std::uint32_t kWritableItem = 1200;
-constexpr std::uint32_t kWritableParameter = 64; // the target's number of it
+constexpr ParameterNumbers kWritable = param::kFlashValues;
 
 TApplManFlashRequest flashRequest(std::uint32_t accessId, std::uint64_t flashApplId) {
     TApplManFlashRequest request;
@@ -83,10 +83,10 @@ Status KvApplMan_setFlashApplParameter(KvCErrorListPool& pool, Client* client, s
     const Reporter report{pool, "KvApplMan_setFlashApplParameter"};
     if (client == nullptr) { return report.fail(Msg::invalidArgument, Status::argument); }
     if (size != 0 && data == nullptr) { return report.fail(Msg::invalidArgument, Status::argument); }
-    if (infoId != kWritableItem) { return report.fail(Msg::invalidParameter, Status::identifier); }
+    if (infoId != kWritable.host) { return report.fail(Msg::invalidParameter, Status::identifier); }
     Reply<TApplManResult> reply{*client};
-    const std::int32_t called = APPLMAN_SET_FLASH_PARAM(
-        *client, pool, {accessId, flashApplId, kWritableParameter, valuesOf(data, size)}, reply);
+    const std::int32_t called =
+        APPLMAN_SET_FLASH_PARAM(*client, pool, {accessId, flashApplId, kWritable.target, valuesOf(data, size)}, reply);
     if (called != 0) { return report.failRemoteCall(); }
     return reply->result == kRefused ? report.fail(Msg::flashParameterNotSet, Status::parameter) : Status::ok;
 }

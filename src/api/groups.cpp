@@ -8,6 +8,7 @@
 #include "api/group_devices.h"
 #include "frame/calling_frame.h"
 #include "platform/host_interface.h"
+#include "protocol/parameter_numbers.h"
 #include "protocol/procedures.h"
 
 static_assert(offsetof(KvSApplGroupHandle, lastApplNo) == 16);
@@ -18,7 +19,6 @@ namespace applman {
 namespace {
 
 constexpr std::uint32_t kMostSlots = 128;
-constexpr std::uint32_t kSerialNumberItem = 2051;
 constexpr std::uint32_t kDeviceAddress = 6; // parameter of a device handle
 
 /// The slots of a group, as the host describes them.
@@ -82,8 +82,9 @@ Status openGroup(const Reporter& report, void* device, std::uint32_t accessId, s
 
 bool readSerialNumber(const Reporter& report, const Slots& slots, std::uint32_t slot, std::uint32_t* serialNumber) {
     std::int32_t size = sizeof *serialNumber;
-    const std::int32_t read = KvApplMan_getApplInfo(report.pool(), slots.devHandles[slot], slots.accessResHandles[slot],
-                                                    kApplicationManager, kSerialNumberItem, serialNumber, &size);
+    const std::int32_t read =
+        KvApplMan_getApplInfo(report.pool(), slots.devHandles[slot], slots.accessResHandles[slot], kApplicationManager,
+                              param::kSerialNumber.host, serialNumber, &size);
     if (read != 0) { report.add(Msg::groupSerialUnread, slot, read); }
     return read == 0;
 }

@@ -13,13 +13,13 @@
 #include "frame/temporary_list.h"
 #include "platform/host_interface.h"
 #include "platform/host_system.h"
+#include "protocol/parameter_numbers.h"
 #include "protocol/procedures.h"
 
 namespace applman {
 namespace {
 
-constexpr std::uint32_t kHostTimeParameter = 3075; // date text and zone text
-constexpr std::uint32_t kLocalTimeOfDevice = 20;   // parameter of a device handle
+constexpr std::uint32_t kLocalTimeOfDevice = 20; // parameter of a device handle
 
 // English whatever the host's locale is.
 constexpr std::array kWeekdays{"Sun", "Mon", "Tue", "Wed", "Thu", "Fri", "Sat"};
@@ -75,8 +75,8 @@ void setHostTimeParameters(KvCErrorListPool& pool, void* devHandle, void* access
     const TimeText zone = zoneText(now, utc, local);
     const std::array texts{date.data(), zone.data()};
     const std::int32_t sent =
-        KvApplMan_setApplParameter(reported.pool(), devHandle, accessResHandle, kApplicationManager, kHostTimeParameter,
-                                   texts.data(), static_cast<std::int32_t>(texts.size()));
+        KvApplMan_setApplParameter(reported.pool(), devHandle, accessResHandle, kApplicationManager,
+                                   param::kHostTime.host, texts.data(), static_cast<std::int32_t>(texts.size()));
     if (needsAnotherWay(reported.pool(), sent)) {
         reported.pool().reset();
         const TimeText text = localTimeText(local);

@@ -13,6 +13,7 @@
 #include "api/client_level.h"
 #include "frame/calling_frame.h"
 #include "protocol/application_states.h"
+#include "protocol/parameter_numbers.h"
 #include "protocol/procedures.h"
 
 static_assert(offsetof(KvTApplicationInfo, infoText) == sizeof(void*));
@@ -21,8 +22,6 @@ namespace applman {
 namespace {
 
 constexpr std::uint32_t kMostListed = 128;
-constexpr std::uint32_t kFileNameItem = 2;
-constexpr std::uint32_t kInformationTextItem = 22;
 constexpr std::uint32_t kAnyState = 0; // exported state that lists every application
 
 /// Bytes of an array whose count a caller gave.
@@ -78,11 +77,13 @@ std::int32_t listApplication(const Lister& lister, std::uint32_t applId, const c
                              std::vector<ListedApplication>* listed) {
     if (name != nullptr) {
         std::string fileName;
-        if (const std::int32_t read = lister.readText(applId, kFileNameItem, &fileName); read != 0) { return read; }
+        if (const std::int32_t read = lister.readText(applId, param::kFileName.host, &fileName); read != 0) {
+            return read;
+        }
         if (!namesFile(name, std::move(fileName))) { return 0; }
     }
     std::string infoText;
-    const std::int32_t read = lister.readText(applId, kInformationTextItem, &infoText);
+    const std::int32_t read = lister.readText(applId, param::kInformationText.host, &infoText);
     if (read == 0) { listed->push_back({applId, std::move(infoText)}); }
     return read;
 }

@@ -6,6 +6,7 @@
 
 #include "api/KvApplicationManagerAP.h"
 #include "frame/calling_frame.h"
+#include "protocol/parameter_numbers.h"
 #include "protocol/procedures.h"
 #include "protocol/unsupported_param.h"
 
@@ -58,22 +59,24 @@ constexpr Form kQuad{8, readScalar<std::int64_t>};
 constexpr Form kTexts{0, readTexts};
 
 struct Parameter {
-    std::uint32_t paramId;
-    std::uint32_t targetParamId;
+    ParameterNumbers numbers;
     const Form& form;
 };
 
 constexpr std::array kParameters{
-    Parameter{1001, 13, kTexts},   Parameter{1002, 15, kText},   Parameter{1003, 14, kText},
-    Parameter{1004, 16, kQuad},    Parameter{1005, 17, kWords},  Parameter{1007, 8, kText},
-    Parameter{1008, 23, kWord},    Parameter{1009, 24, kWord},   Parameter{1010, 28, kWord},
-    Parameter{1011, 42, kText},    Parameter{3072, 1024, kWord}, Parameter{3073, 134, kDouble},
-    Parameter{3074, 131, kDouble}, Parameter{3075, 43, kTexts},
+    Parameter{param::kParameter1001, kTexts},  Parameter{param::kParameter1002, kText},
+    Parameter{param::kParameter1003, kText},   Parameter{param::kParameter1004, kQuad},
+    Parameter{param::kParameter1005, kWords},  Parameter{param::kParameter1007, kText},
+    Parameter{param::kParameter1008, kWord},   Parameter{param::kParameter1009, kWord},
+    Parameter{param::kParameter1010, kWord},   Parameter{param::kParameter1011, kText},
+    Parameter{param::kParameter3072, kWord},   Parameter{param::kParameter3073, kDouble},
+    Parameter{param::kParameter3074, kDouble}, Parameter{param::kHostTime, kTexts},
 };
 
 const Parameter* findParameter(std::uint32_t paramId) {
-    const auto* const found = std::find_if(kParameters.begin(), kParameters.end(),
-                                           [&](const Parameter& parameter) { return parameter.paramId == paramId; });
+    const auto* const found = std::find_if(kParameters.begin(), kParameters.end(), [&](const Parameter& parameter) {
+        return parameter.numbers.host == paramId;
+    });
     return found == kParameters.end() ? nullptr : found;
 }
 
@@ -105,7 +108,7 @@ Status setParameter(const Reporter& report, void* devHandle, void* accessResHand
     if (form.size != 0 && valueSize != form.size) { return report.fail(Msg::invalidSize, Status::size); }
     if (hasNullText(*parameter, value, valueSize)) { return report.fail(Msg::invalidArgument, Status::argument); }
     return runFrame(report, devHandle, accessResHandle, [&](const Session& session) {
-        return sendParameter(report, session, applId, parameter->targetParamId, form.read(value, valueSize));
+        return sendParameter(report, session, applId, parameter->numbers.target, form.read(value, valueSize));
     });
 }
 

@@ -8,13 +8,13 @@
 #include "api/host_time.h"
 #include "frame/calling_frame.h"
 #include "platform/host_interface.h"
+#include "protocol/parameter_numbers.h"
 #include "protocol/procedures.h"
 #include "protocol/unsupported_param.h"
 
 namespace applman {
 namespace {
 
-constexpr std::uint32_t kSerialNumberItem = 2051;
 constexpr std::uint32_t kSharedExclusiveLevel = 0x30002; // while the group's data are written
 constexpr std::uint32_t kReleasedLevel = 0x10001;        // before the handle is deleted
 
@@ -44,7 +44,7 @@ Status checkDevice(const Reporter& report, void* devHandle, void* accessResHandl
     std::uint32_t current = 0;
     std::int32_t size = sizeof current;
     const std::int32_t read = KvApplMan_getApplInfo(report.pool(), devHandle, accessResHandle, kApplicationManager,
-                                                    kSerialNumberItem, &current, &size);
+                                                    param::kSerialNumber.host, &current, &size);
     if (read != 0) { return report.fail(Msg::registrationSerialUnread, Status::registration, applNo, read); }
     const std::uint32_t expected = group.cnSerialNumbers[applNo - 1];
     if (current != expected) { return report.fail(Msg::wrongDevice, Status::registration, applNo, expected, current); }
@@ -104,8 +104,8 @@ Status writeGroupData(const Reporter& report, KV_RPC_PROG_APPLMAN_HOST2Client& c
         std::uint32_t targetParamId;
         const std::uint32_t* words;
     };
-    for (const GroupParameter& parameter :
-         {GroupParameter{29, group.cnSerialNumbers}, GroupParameter{30, group.ipAddresses}}) {
+    for (const GroupParameter& parameter : {GroupParameter{param::kGroupSerialNumbers.target, group.cnSerialNumbers},
+                                            GroupParameter{param::kGroupAddresses.target, group.ipAddresses}}) {
         std::vector<std::uint32_t> words(parameter.words, parameter.words + group.applCount);
         Reply<TApplManResult> reply{client};
         const std::int32_t called = APPLMAN_SET_PARAM(

@@ -9,6 +9,7 @@
 #include "frame/temporary_list.h"
 #include "platform/rtos.h"
 #include "protocol/information_items.h"
+#include "protocol/parameter_numbers.h"
 #include "protocol/procedures.h"
 
 namespace applman {
@@ -16,7 +17,6 @@ namespace {
 
 using Client = KV_RPC_PROG_APPLMAN_HOST2Client;
 
-constexpr std::uint32_t kCommandTimeoutItem = 2055;
 constexpr std::int32_t kFinished = 0;
 constexpr std::int32_t kBusy = 2;
 constexpr std::uint32_t kFirstDelay = 1;    // milliseconds
@@ -50,7 +50,7 @@ void addFailure(const Reporter& report, Status failure) {
 Status readTimeout(KvCErrorListPool& pool, Client* client, std::uint32_t accessId, std::uint32_t applId,
                    std::uint32_t* seconds) {
     std::int32_t size = sizeof *seconds;
-    return KvApplMan_getApplInfo(pool, client, accessId, applId, kCommandTimeoutItem, seconds, &size);
+    return KvApplMan_getApplInfo(pool, client, accessId, applId, param::kCommandTimeout.host, seconds, &size);
 }
 
 /// The tick at which `seconds` after `start` have passed; the last tick there is when that is beyond it.

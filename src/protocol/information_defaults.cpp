@@ -19,7 +19,6 @@ using Client = KV_RPC_PROG_APPLMAN_HOST2Client;
 constexpr std::uint32_t kNoAddress = 0xFFFFFFFF;
 constexpr std::uint32_t kMostProcesses = 0xFFFFFF; // that a download can name; for a larger group there is no memory
 constexpr std::uint32_t kCommandTimeout = 120;     // seconds
-constexpr std::uint32_t kGroupSizeItem = 10;
 
 /// Empty when there is no memory.
 std::vector<std::uint32_t> oneElement() {
@@ -87,8 +86,8 @@ struct Asked {
 std::optional<std::uint32_t> readGroupSize(const Asked& asked) {
     std::uint32_t count = 0;
     std::int32_t size = sizeof count;
-    const Status read =
-        KvApplMan_getApplInfo(asked.pool, asked.client, asked.accessId, asked.applId, kGroupSizeItem, &count, &size);
+    const Status read = KvApplMan_getApplInfo(asked.pool, asked.client, asked.accessId, asked.applId,
+                                              param::kGroupSize.host, &count, &size);
     if (read != Status::ok) { return {}; }
     if (count > kMostProcesses) { throw std::bad_alloc{}; }
     return count;

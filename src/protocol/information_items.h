@@ -1,5 +1,5 @@
-// The information items: identifiers, target parameter numbers, sizes, types and defaults in one table, and the reader
-// that the library itself uses where it already holds a client.
+// The information items: sizes, types and defaults of each in one table, and the reader that the library itself uses
+// where it already holds a client.
 #pragma once
 
 #include <cstdint>
@@ -7,6 +7,7 @@
 #include "frame/rpc_client_cache.h"
 #include "frame/status.h"
 #include "platform/error_lists.h"
+#include "protocol/parameter_numbers.h"
 #include "protocol/records.h"
 
 namespace applman {
@@ -29,8 +30,7 @@ enum class Default : std::uint8_t {
 };
 
 struct InformationItem {
-    std::uint32_t infoId;
-    std::uint32_t targetParamId;
+    ParameterNumbers numbers;
     std::int32_t fixedSize; // bytes; 0 = any
     Delivery delivery;
     Default forProcess;

@@ -4,16 +4,21 @@
 #include <array>
 
 #include "frame/error_codes.h"
+#include "protocol/parameter_numbers.h"
 #include "protocol/procedures.h"
 
 namespace applman {
 namespace {
 
-constexpr std::array<std::uint32_t, 9> kToleratedParameters{17, 23, 24, 28, 29, 30, 33, 34, 42}; // target numbers
+constexpr std::array kTolerated{
+    param::kParameter1005,  param::kParameter1008, param::kParameter1009,
+    param::kParameter1010,  param::kParameter1011, param::kGroupSerialNumbers,
+    param::kGroupAddresses, param::kFileTimeText,  param::kDownloadTimeText,
+};
 
 bool mayBeUnsupported(std::uint32_t targetParamId) {
-    return std::find(kToleratedParameters.begin(), kToleratedParameters.end(), targetParamId) !=
-           kToleratedParameters.end();
+    return std::any_of(kTolerated.begin(), kTolerated.end(),
+                       [&](const ParameterNumbers& numbers) { return numbers.target == targetParamId; });
 }
 
 } // namespace

@@ -184,3 +184,25 @@ TEST_F(Information, SerialNumbersAndAddressesDefaultToTheDeviceOncePerProcess) {
         pool->reset();
     }
 }
+
+TEST_F(Information, EachItemIsAskedForUnderTheTargetsNumber) {
+    struct Row {
+        std::uint32_t infoId;
+        std::uint32_t targetParamId;
+        std::int32_t size = 64;
+    };
+    const Row rows[] = {
+        {0, 11, 4},      {2, 5},          {3, 6},       {4, 7, 8},     {5, 12, 8},      {6, 33},        {7, 34},
+        {8, 18, 8},      {9, 19, 4},      {10, 20, 4},  {11, 21},      {12, 25},        {13, 26},       {14, 27},
+        {15, 29},        {16, 30},        {17, 32},     {18, 36},      {19, 38},        {20, 39},       {21, 1, 4},
+        {22, 41},        {128, 35},       {1002, 15},   {1003, 14},    {1004, 16, 8},   {1005, 17},     {1007, 8},
+        {1008, 23, 4},   {1009, 24, 4},   {1011, 42},   {1200, 64},    {2049, 1025, 4}, {2050, 31, 4},  {2051, 37, 4},
+        {2052, 1026, 8}, {2053, 1027, 8}, {2054, 1028}, {2055, 40, 4}, {3073, 134, 8},  {3074, 131, 8},
+    };
+    t.target.scriptAlways(kGetParam, wire::noValue());
+    for (const Row& row : rows) {
+        t.target.forgetRequests();
+        EXPECT_EQ(read(1, row.infoId, row.size), -175) << row.infoId;
+        EXPECT_EQ(sentWords(0), (Words{1, t.accessId, 1, row.targetParamId}));
+    }
+}
