@@ -44,7 +44,7 @@ RpcReply refuseWith(const RpcCall& call, KvErrorListEntry entry) {
     return reply;
 }
 
-RpcReply refuse(const RpcCall& call, std::uint32_t code) { return refuseWith(call, message(Code{code}, {})); }
+RpcReply refuse(const RpcCall& call, std::uint32_t code) { return refuseWith(call, bareMessage(code)); }
 
 RpcReply lackParameter(const RpcCall& call, std::uint32_t) {
     return refuseWith(call, message(Code::unknownParameter, {0U, 0U}));

@@ -1,13 +1,15 @@
 // The messages that the application manager reports to hosts, in its own block of codes.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
-#include <initializer_list>
 #include <string>
-#include <utility>
+#include <string_view>
+#include <type_traits>
 #include <variant>
 
 #include "error_lists/error_list_access.h"
+#include "error_lists/target_messages.h"
 
 namespace simulated_target {
 
@@ -34,16 +36,41 @@ enum class Code : std::uint32_t {
     unknownFileType = 0x14a01077,         // type
 };
 
-/// An entry with what its code takes as arguments.
-inline KvErrorListEntry message(Code code, std::initializer_list<KvErrorListArgument> arguments,
-                                std::uint32_t line = __builtin_LINE()) {
-    constexpr const char* kConversions[] = {"%s", "%u", "%d"};
-    KvErrorListEntry entry{static_cast<std::uint32_t>(code), line, "applicationManager", {}, arguments};
-    std::string signature;
-    for (const auto& argument : arguments) {
-        signature += kConversions[argument.index()];
+constexpr std::string_view textOf(Code code) { return target_messages::textOf(static_cast<std::uint32_t>(code)); }
+
+/// A code whose text has places for so many arguments; a code without a text, or with another number, does not compile.
+template <std::size_t kArguments>
+struct CodeWith {
+    Code code;
+    // NOLINTNEXTLINE(google-explicit-constructor): a code is named where it is reported
+    consteval CodeWith(Code named) : code(named) {
+        if (target_messages::argumentsOf(textOf(named)) != kArguments) { throw "the arguments do not fit the text"; }
     }
-    entry.signature = std::move(signature);
+};
+
+/// `place` counts from 1. A number that the text shows behind 0x goes as %x.
+inline const char* conversionOf(const KvErrorListArgument& argument, std::size_t place, std::string_view text) {
+    constexpr const char* kConversions[] = {"%s", "%u", "%d"};
+    const bool isNumber = std::holds_alternative<std::uint32_t>(argument);
+    if (isNumber && text.find("0x%" + std::to_string(place)) != std::string_view::npos) { return "%x"; }
+    return kConversions[argument.index()];
+}
+
+/// An entry without arguments, whatever its text takes.
+inline KvErrorListEntry bareMessage(std::uint32_t code, std::uint32_t line = __builtin_LINE()) {
+    return {code, line, "applicationManager", {}, {}};
+}
+
+/// An entry with what its text takes as arguments.
+template <std::size_t kArguments>
+KvErrorListEntry message(std::type_identity_t<CodeWith<kArguments>> what,
+                         const KvErrorListArgument (&arguments)[kArguments], std::uint32_t line = __builtin_LINE()) {
+    KvErrorListEntry entry = bareMessage(static_cast<std::uint32_t>(what.code), line);
+    entry.signature.emplace();
+    for (const KvErrorListArgument& argument : arguments) {
+        entry.arguments.push_back(argument);
+        *entry.signature += conversionOf(argument, entry.arguments.size(), textOf(what.code));
+    }
     return entry;
 }
 

@@ -37,9 +37,7 @@ const char* textIn(const KvResText& table, std::uint32_t code) noexcept {
 
 /// A copy, since the table may be withdrawn as soon as the lock is released.
 std::optional<std::string> registeredText(std::uint32_t code) {
-    for (const KvResText& table : platform_messages::builtInTables()) {
-        if (const char* const text = textIn(table, code)) { return text; }
-    }
+    if (const char* const text = platform_messages::builtInText(code)) { return text; }
     Registry& all = registry();
     const std::lock_guard lock{all.mutex};
     for (const KvResText& table : all.tables) {

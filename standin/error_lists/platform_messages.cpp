@@ -1,5 +1,10 @@
 #include "error_lists/platform_messages.h"
 
+#include <cstddef>
+#include <iterator>
+
+#include "error_lists/target_messages.h"
+
 namespace platform_messages {
 namespace {
 
@@ -70,22 +75,12 @@ constexpr bool eachRowStandsAtItsCode() {
 }
 static_assert(eachRowStandsAtItsCode());
 
-constexpr auto kTexts = [] {
-    std::array<const char*, kCount> texts{};
-    for (std::size_t i = 0; i < kCount; ++i) {
-        texts[i] = kRows[i].text;
-    }
-    return texts;
-}();
-constexpr KvResRange kRange{0, kCount};
-
-constexpr const char* kGenericText = "Invalid argument or handle.";
-constexpr KvResRange kGenericRange{0, 1};
-
 } // namespace
 
-std::array<KvResText, 2> builtInTables() noexcept {
-    return {KvResText{&kGenericText, &kGenericRange, 1, kInvalidArgument}, KvResText{kTexts.data(), &kRange, 1, kBase}};
+const char* builtInText(std::uint32_t code) noexcept {
+    if (code == kInvalidArgument) { return "Invalid argument or handle."; }
+    if (code >= kBase && code < kEnd) { return kRows[code - kBase].text; }
+    return target_messages::textOf(code);
 }
 
 } // namespace platform_messages

@@ -1,10 +1,7 @@
-// The messages of the platform libraries themselves: their codes, and the tables that are always registered.
+// The messages of the platform libraries themselves: their codes, and the texts that are always registered.
 #pragma once
 
-#include <array>
 #include <cstdint>
-
-#include "platform/error_lists.h"
 
 namespace platform_messages {
 
@@ -54,7 +51,8 @@ enum PlatformMessage : std::uint32_t {
     kEnd
 };
 
-/// The tables of these messages and of the generic code. They live as long as the process.
-std::array<KvResText, 2> builtInTables() noexcept;
+/// The text of one of these messages, of the generic code, or of a message that our targets report; null for any other
+/// code. It needs no registration.
+const char* builtInText(std::uint32_t code) noexcept;
 
 } // namespace platform_messages

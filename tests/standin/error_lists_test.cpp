@@ -37,7 +37,9 @@ TEST(SerialisedErrorList, ReadsAndWritesTheDocumentedBytes) {
     EXPECT_EQ(pool.codes(), (Codes{9, 0x14a00804, 1}));
     EXPECT_EQ(KvPlatform_entryLine(pool, 1), 7U);
     EXPECT_STREQ(KvPlatform_entryOperation(pool, 1), "open");
-    EXPECT_EQ(pool.text(1), "Message 0x14a00804 is not registered. Its arguments: ab, 5, -2, ff");
+    EXPECT_EQ(pool.text(1), "The target system cannot answer for the parameter. Parameter: ab. Affected application: "
+                            "0x5.");
+    EXPECT_EQ(pool.text(2), "Message 0x1 is not registered.");
     EXPECT_EQ(KvPlatform_entrySignature(pool, 2), nullptr);
     auto entries = KvErrorListAccess::entries(pool);
     entries.erase(entries.begin());
