@@ -32,6 +32,7 @@
 #include <cstdint>
 
 #include "KvApplManProgress.h"
+#include "KvApplManVersion.h"
 #include "KvExport.h"
 
 class KvCErrorListPool;

@@ -1,0 +1,12 @@
+# cpack: one archive of all that is installed, or with the preset debian a Debian package of each component.
+set(CPACK_PACKAGE_NAME kvapplman)
+set(CPACK_PACKAGE_VENDOR "KvApplicationManagerAP maintainers")
+set(CPACK_PACKAGE_CONTACT "KvApplicationManagerAP maintainers <maintainers@kvapplman.invalid>")
+set(CPACK_VERBATIM_VARIABLES ON)
+set(CPACK_STRIP_FILES ON)
+string(TOLOWER ${CMAKE_SYSTEM_NAME}-${CMAKE_SYSTEM_PROCESSOR} system)
+set(CPACK_PACKAGE_FILE_NAME kvapplman-${PROJECT_VERSION}-${system})
+if(CPACK_GENERATOR STREQUAL DEB)
+  include(debian/packages.cmake)
+endif()
+include(CPack)
