@@ -5,9 +5,8 @@
 
 #include "foreign_peer/child_process.h"
 #include "support/one_target.h"
-extern "C" {
-#include "foreign_peer/foreign_values.h"
-}
+
+#include "applman.h"
 
 namespace {
 
@@ -66,22 +65,25 @@ protected:
     std::unique_ptr<CLIENT, void (*)(CLIENT*)> client_{nullptr, [](CLIENT* client) { clnt_destroy(client); }};
 };
 
-TEST_F(ForeignClient, GetsBackTheParametersOfEveryTagThatItHasSet) {
+TEST_F(ForeignClient, GetsBackTheParameterThatItHasSet) {
     const u_int applId = registerProcess();
-    for (const applman_value& value : foreignValues) {
-        SCOPED_TRACE(value.tag);
-        const u_int parameter = 5000U + static_cast<u_int>(value.tag);
-        applman_set_param_request set{kMode, kAccessId, applId, parameter, value};
-        ForeignReply<applman_result> taken{xdr_applman_result};
-        ASSERT_EQ(applman_set_param_2(&set, &taken, client_.get()), RPC_SUCCESS);
-        EXPECT_EQ(taken.result, 0);
+    u_int words[] = {1, 0xFEDCBA98};
+    applman_value value{};
+    value.tag = APPLMAN_WORDS;
+    value.applman_value_u.words = {2, words};
+    applman_set_param_request set{kMode, kAccessId, applId, 5000, value};
+    ForeignReply<applman_result> taken{xdr_applman_result};
+    ASSERT_EQ(applman_set_param_2(&set, &taken, client_.get()), RPC_SUCCESS);
+    EXPECT_EQ(taken.result, 0);
 
-        applman_get_param_request get{kMode, kAccessId, applId, parameter};
-        ForeignReply<applman_value_result> got{xdr_applman_value_result};
-        ASSERT_EQ(applman_get_param_2(&get, &got, client_.get()), RPC_SUCCESS);
-        EXPECT_EQ(got.result, 0);
-        EXPECT_TRUE(sameRecord(reinterpret_cast<xdrproc_t>(xdr_applman_value), &got.value, &value));
-    }
+    applman_get_param_request get{kMode, kAccessId, applId, 5000};
+    ForeignReply<applman_value_result> got{xdr_applman_value_result};
+    ASSERT_EQ(applman_get_param_2(&get, &got, client_.get()), RPC_SUCCESS);
+    EXPECT_EQ(got.result, 0);
+    ASSERT_EQ(got.value.tag, APPLMAN_WORDS);
+    const auto& arrived = got.value.applman_value_u.words;
+    EXPECT_EQ(std::vector<u_int>(arrived.words_val, arrived.words_val + arrived.words_len),
+              (std::vector<u_int>{1, 0xFEDCBA98}));
 }
 
 } // namespace
