@@ -140,11 +140,7 @@ TEST_F(Download, ABinaryIsAnnouncedInSevenParameters) {
     EXPECT_EQ(sent[12].value, TApplManValue{Text{"second.bin"}}) << "an empty name is none";
 }
 
-TEST_F(Download, ArgumentsAndTheNumberOfSlotsAreJudgedBeforeAnythingIsLoaded) {
-    EXPECT_EQ(
-        outcome(KvApplMan_downloadApplUtf8(pool, devices, handles, applIds, nullptr, 0, 3, nullptr, nullptr, nullptr)),
-        (Outcome{-100, {self("1024")}}));
-    EXPECT_EQ(download(0x01000000), (Outcome{-100, {self("1024")}})) << "load options are no slots";
+TEST_F(Download, TheNumberOfSlotsIsJudgedBeforeAnythingIsLoaded) {
     EXPECT_EQ(download(2), (Outcome{-130, {"KvApplMan_checkApplicationCount 0x1250004f(2,3)"}}));
     answerWords({3, 0, 1});
     EXPECT_EQ(download(), (Outcome{-130, {self("0x12500055")}})) << "all processes load alike";
