@@ -1,6 +1,4 @@
 // The download of a group: order of the phases, what is announced, where failures stop it, what is reported meanwhile.
-#include <fstream>
-
 #include "api/api_test.h"
 
 using namespace applman;
@@ -37,8 +35,6 @@ protected:
         EXPECT_EQ(KvApplMan_createApplGroupHandle_2(pool, devices, handles, 3, &group), 0);
         EXPECT_EQ(KvApplMan_registerAppl_2(pool, t.device, t.access, group, 1, &applIds[0]), 0);
         EXPECT_EQ(KvApplMan_registerAppl_2(pool, t.device, t.access, group, 3, &applIds[2]), 0);
-        std::ofstream{first} << std::string(100, 'a');
-        std::ofstream{second} << std::string(300, 'b');
         t.target.forgetRequests();
     }
     ~Download() override { EXPECT_EQ(KvApplMan_deleteApplGroupHandle(pool, group), 0); }
@@ -74,8 +70,8 @@ protected:
     }
 
     TemporaryFolder folder;
-    std::string first = (folder.path() / "first.bin").string();
-    std::string second = (folder.path() / "second.bin").string();
+    std::string first = folder.file("first.bin", std::string(100, 'a'));
+    std::string second = folder.file("second.bin", std::string(300, 'b'));
     void* devices[3] = {t.device, nullptr, t.device};
     void* handles[3] = {t.access, nullptr, t.access};
     std::uint32_t applIds[3] = {};

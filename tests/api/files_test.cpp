@@ -1,5 +1,4 @@
 // Additional files: what is registered and where it goes, what the target cannot do, listing and removing.
-#include <fstream>
 #include <set>
 #include <sstream>
 
@@ -27,10 +26,8 @@ void record(const KvTApplManProgress* progress, void* steps) {
 class LoadFile : public ApiTest {
 protected:
     LoadFile() {
-        std::filesystem::create_directories(folder.path() / "tree/deep");
-        std::ofstream{file} << "content";
-        std::ofstream{tree + "/b.txt"} << "bb";
-        std::ofstream{tree + "/deep/c.txt"} << "cccccc";
+        folder.file("tree/b.txt", "bb");
+        folder.file("tree/deep/c.txt", "cccccc");
     }
 
     /// A path as messages show it.
@@ -55,14 +52,10 @@ protected:
         return request<TApplManAddFileRequest2>(index).file.value();
     }
 
-    std::string stored(const std::string& name) const {
-        std::ostringstream content;
-        content << std::ifstream{t.store() / name}.rdbuf();
-        return content.str();
-    }
+    std::string stored(const std::string& name) const { return contentOf(t.store() / name); }
 
     TemporaryFolder folder;
-    std::string file = (folder.path() / "a.txt").string();
+    std::string file = folder.file("a.txt", "content");
     std::string tree = (folder.path() / "tree").string();
 };
 
