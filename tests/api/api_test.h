@@ -1,6 +1,7 @@
 // What the tests of the exported functions share.
 #pragma once
 
+#include <functional>
 #include <utility>
 
 #include "api/KvApplicationManagerAP.h"
@@ -13,6 +14,17 @@ using Words = std::vector<std::uint32_t>;
 using Outcome = std::pair<std::int32_t, Messages>;
 
 inline const char* const kBadHandles = "checkDeviceAndAccessRestrictionHandle 1024";
+
+using DeviceCall = std::function<std::int32_t(KvCErrorListPool&, void* device, void* access)>;
+
+/// A call of a function with what follows the handles.
+template <class... Parameters>
+DeviceCall with(std::int32_t (*function)(KvCErrorListPool&, void*, void*, Parameters...),
+                std::type_identity_t<Parameters>... arguments) {
+    return [=](KvCErrorListPool& pool, void* device, void* access) {
+        return function(pool, device, access, arguments...);
+    };
+}
 
 /// Every call whose outcome is taken starts with an empty pool.
 class ApiTest : public OneTarget {

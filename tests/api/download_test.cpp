@@ -1,6 +1,4 @@
 // The download of a group: order of the phases, what is announced, where failures stop it, what is reported meanwhile.
-#include <fstream>
-
 #include "api/api_test.h"
 
 using namespace applman;
@@ -37,8 +35,6 @@ protected:
         EXPECT_EQ(KvApplMan_createApplGroupHandle_2(pool, devices, handles, 3, &group), 0);
         EXPECT_EQ(KvApplMan_registerAppl_2(pool, t.device, t.access, group, 1, &applIds[0]), 0);
         EXPECT_EQ(KvApplMan_registerAppl_2(pool, t.device, t.access, group, 3, &applIds[2]), 0);
-        std::ofstream{first} << std::string(100, 'a');
-        std::ofstream{second} << std::string(300, 'b');
         t.target.forgetRequests();
     }
     ~Download() override { EXPECT_EQ(KvApplMan_deleteApplGroupHandle(pool, group), 0); }
@@ -74,8 +70,8 @@ protected:
     }
 
     TemporaryFolder folder;
-    std::string first = (folder.path() / "first.bin").string();
-    std::string second = (folder.path() / "second.bin").string();
+    std::string first = folder.file("first.bin", std::string(100, 'a'));
+    std::string second = folder.file("second.bin", std::string(300, 'b'));
     void* devices[3] = {t.device, nullptr, t.device};
     void* handles[3] = {t.access, nullptr, t.access};
     std::uint32_t applIds[3] = {};
@@ -140,11 +136,7 @@ TEST_F(Download, ABinaryIsAnnouncedInSevenParameters) {
     EXPECT_EQ(sent[12].value, TApplManValue{Text{"second.bin"}}) << "an empty name is none";
 }
 
-TEST_F(Download, ArgumentsAndTheNumberOfSlotsAreJudgedBeforeAnythingIsLoaded) {
-    EXPECT_EQ(
-        outcome(KvApplMan_downloadApplUtf8(pool, devices, handles, applIds, nullptr, 0, 3, nullptr, nullptr, nullptr)),
-        (Outcome{-100, {self("1024")}}));
-    EXPECT_EQ(download(0x01000000), (Outcome{-100, {self("1024")}})) << "load options are no slots";
+TEST_F(Download, TheNumberOfSlotsIsJudgedBeforeAnythingIsLoaded) {
     EXPECT_EQ(download(2), (Outcome{-130, {"KvApplMan_checkApplicationCount 0x1250004f(2,3)"}}));
     answerWords({3, 0, 1});
     EXPECT_EQ(download(), (Outcome{-130, {self("0x12500055")}})) << "all processes load alike";

@@ -1,5 +1,4 @@
 // Additional files: what is registered and where it goes, what the target cannot do, listing and removing.
-#include <fstream>
 #include <set>
 #include <sstream>
 
@@ -27,10 +26,8 @@ void record(const KvTApplManProgress* progress, void* steps) {
 class LoadFile : public ApiTest {
 protected:
     LoadFile() {
-        std::filesystem::create_directories(folder.path() / "tree/deep");
-        std::ofstream{file} << "content";
-        std::ofstream{tree + "/b.txt"} << "bb";
-        std::ofstream{tree + "/deep/c.txt"} << "cccccc";
+        folder.file("tree/b.txt", "bb");
+        folder.file("tree/deep/c.txt", "cccccc");
     }
 
     /// A path as messages show it.
@@ -55,14 +52,10 @@ protected:
         return request<TApplManAddFileRequest2>(index).file.value();
     }
 
-    std::string stored(const std::string& name) const {
-        std::ostringstream content;
-        content << std::ifstream{t.store() / name}.rdbuf();
-        return content.str();
-    }
+    std::string stored(const std::string& name) const { return contentOf(t.store() / name); }
 
     TemporaryFolder folder;
-    std::string file = (folder.path() / "a.txt").string();
+    std::string file = folder.file("a.txt", "content");
     std::string tree = (folder.path() / "tree").string();
 };
 
@@ -86,22 +79,6 @@ protected:
 
 } // namespace
 
-TEST_F(LoadFile, ArgumentsAndTheSourceComeBeforeTheHandles) {
-    const auto call = [&](std::uint32_t applId, const char* source, const char* path, const char* name,
-                          std::uint32_t type) {
-        return outcome(KvApplMan_loadFileUtf8(pool, nullptr, nullptr, applId, source, path, name, type, 0, nullptr,
-                                              nullptr, nullptr));
-    };
-    const Outcome missing{-100, {self("1024")}};
-    EXPECT_EQ(call(0, "", "", "", kFile), missing);
-    EXPECT_EQ(call(1, nullptr, "", "", kFile), missing);
-    EXPECT_EQ(call(1, "", nullptr, "", kFile), missing);
-    EXPECT_EQ(call(1, "", "", nullptr, kFile), missing);
-    EXPECT_EQ(call(0xabc, file.c_str(), "", "", kDirectory),
-              (Outcome{-830, {self("0x12500032(directory," + shown(file) + ",abc,512)")}}));
-    EXPECT_EQ(call(0xabc, "", "", "", kFile), (Outcome{-830, {self("0x12500032(application specific file,,abc,7)")}}));
-}
-
 TEST_F(LoadFile, AFileIsRegisteredAsGivenAndSentWhereTheTargetWantsIt) {
     answer("files/here", "named.txt", 0, {0x14a00900});
     const std::string roundabout = tree + "/../a.txt";
@@ -120,9 +97,10 @@ TEST_F(LoadFile, ATargetThatDoesNotOfferTheRequestIsAskedByTheOlderOne) {
     EXPECT_EQ(t.target.requests()[1].arguments, wire::bytesOf(sent));
 }
 
-TEST_F(LoadFile, ThePlaceMustFitTheKindOfSource) {
+TEST_F(LoadFile, SourceAndPlaceMustFitTheFileType) {
     const std::string file7 = "0x12500030(" + shown(file) + ",7,abc,";
     const std::string directory = "0x12500021(" + shown(tree) + ",abc,";
+    EXPECT_EQ(load(file, kDirectory), (Outcome{-830, {self("0x12500032(directory," + shown(file) + ",abc,512)")}}));
     answer("", "n");
     EXPECT_EQ(load(file, kFile), (Outcome{-832, {self(file7 + ",n)")}}));
     answer("p", "");
@@ -187,19 +165,6 @@ TEST_F(FileInfo, TextsAreCutAndFieldsEndInZeros) {
     EXPECT_EQ(sentWords(0), (Words{1, t.accessId, 0xabc}));
 }
 
-TEST_F(FileInfo, ArgumentsAreJudgedAndTheListIsClearedBeforeTheHandles) {
-    const Outcome missing{-100, {"KvApplMan_getFileInfo 1024"}};
-    EXPECT_EQ(outcome(KvApplMan_getFileInfo(pool, nullptr, nullptr, 0, &count, nullptr)), missing);
-    EXPECT_EQ(outcome(KvApplMan_getFileInfo(pool, nullptr, nullptr, 1, nullptr, nullptr)), missing);
-    count = 2;
-    EXPECT_EQ(outcome(KvApplMan_getFileInfo(pool, nullptr, nullptr, 1, &count, nullptr)), missing);
-    EXPECT_EQ(count, 2U);
-    t.access = nullptr;
-    EXPECT_EQ(list(2), (Outcome{-100, {kBadHandles}}));
-    EXPECT_EQ(count, 0U);
-    EXPECT_EQ((Words{infos[1].entryWord, infos[2].entryWord}), (Words{0, 55}));
-}
-
 TEST_F(FileInfo, AListThatDoesNotFitTellsItsLengthAndARefusedOneDoesNot) {
     const std::string own = "KvApplMan_getFileInfo ";
     answer(0, {{"x", "", "", 1}, {}, {}});
@@ -214,14 +179,10 @@ TEST_F(FileInfo, AListThatDoesNotFitTellsItsLengthAndARefusedOneDoesNot) {
 }
 
 TEST_F(LoadFile, RemovingIsRefusedByAnyValueButZero) {
-    const auto remove = [&](void* access, std::uint32_t applId, const char* name) {
-        return outcome(KvApplMan_removeFile(pool, t.device, access, applId, name, 7));
-    };
-    EXPECT_EQ(remove(nullptr, 0, "n"), (Outcome{-100, {"KvApplMan_removeFile 1024"}}));
-    EXPECT_EQ(remove(nullptr, 1, nullptr), (Outcome{-100, {"KvApplMan_removeFile 1024"}}));
+    const auto remove = [&] { return outcome(KvApplMan_removeFile(pool, t.device, t.access, 0xabc, "n", 7)); };
     t.target.script(kRemoveFile, wire::result(0));
-    EXPECT_EQ(remove(t.access, 0xabc, "n"), (Outcome{0, {}}));
+    EXPECT_EQ(remove(), (Outcome{0, {}}));
     EXPECT_EQ(t.target.requests()[0].arguments, wire::bytesOf(TApplManRemoveFileRequest{1, t.accessId, 0xabc, 7, "n"}));
     t.target.script(kRemoveFile, wire::result(2));
-    EXPECT_EQ(remove(t.access, 0xabc, "n"), (Outcome{-831, {"KvApplMan_removeFile 0x12500037(n,7,2,abc)"}}));
+    EXPECT_EQ(remove(), (Outcome{-831, {"KvApplMan_removeFile 0x12500037(n,7,2,abc)"}}));
 }

@@ -37,18 +37,6 @@ TEST_F(Flash, ItemsAreThoseOfApplicationsButWithoutDefaults) {
     EXPECT_EQ(pool.codes(), (Words{4711, 0x14a00804, 0x1250003d})) << "the pool is not emptied";
 }
 
-TEST_F(Flash, ArgumentsOfAnItemAreJudgedAfterTheHandles) {
-    const std::string self = "KvApplMan_getFlashApplInfo ";
-    char buffer[3] = {1, 1, 1};
-    EXPECT_EQ(KvApplMan_getFlashApplInfo(pool, nullptr, t.access, 7, 1, buffer, nullptr), -100);
-    EXPECT_EQ(KvApplMan_getFlashApplInfo(pool, t.device, t.access, 7, 1, buffer, nullptr), -100);
-    EXPECT_EQ(read(1, nullptr, 1), -100);
-    EXPECT_EQ(outcome(read(1, buffer, 2)),
-              (Outcome{-205, {kBadHandles, self + "1024", self + "1024", "mapParamAndCheckParamSize 0x12500014"}}));
-    EXPECT_EQ(std::string(buffer, 3), std::string("\0\0\1", 3)) << "the buffer is cleared before the item is judged";
-    EXPECT_EQ(procedures(), Words{});
-}
-
 TEST_F(Flash, TheOneWritableItemIsSentInWholeValues) {
     const std::int64_t values[] = {1, -2, 3};
     for (const std::uint32_t bytes : {20U, 7U, 0U}) {
@@ -60,8 +48,6 @@ TEST_F(Flash, TheOneWritableItemIsSentInWholeValues) {
                   TApplManValue(std::vector<std::int64_t>(values, values + bytes / 8)));
     }
     const std::string self = "KvApplMan_setFlashApplParameter ";
-    EXPECT_EQ(set(0, nullptr, 1), (Outcome{-100, {self + "1024"}}));
-    EXPECT_EQ(set(0, values, 8), (Outcome{-205, {self + "0x12500014"}})) << "what can be read cannot be written";
     t.target.script(kSetFlashParam, wire::result(-1, {0x14a00804}));
     EXPECT_EQ(set(1200, values, 8), (Outcome{-176, {"target 0x14a00804", self + "0x1250003e"}}))
         << "nothing is tolerated";

@@ -9,22 +9,11 @@ using namespace applman;
 
 namespace {
 
-using Call = std::function<std::int32_t(KvCErrorListPool&, void* device, void* access)>;
-
-/// A call of a function with what follows the handles.
-template <class... Parameters>
-Call with(std::int32_t (*function)(KvCErrorListPool&, void*, void*, Parameters...),
-          std::type_identity_t<Parameters>... arguments) {
-    return [=](KvCErrorListPool& pool, void* device, void* access) {
-        return function(pool, device, access, arguments...);
-    };
-}
-
 std::string full(const char* name) { return std::string("KvApplMan_") + name; }
 
 struct Function {
     const char* name; // that reports a missing client, without "KvApplMan_"
-    Call call;
+    DeviceCall call;
     bool checksHandles = false; // by itself
 };
 

@@ -41,22 +41,6 @@ TEST_F(Groups, AGroupHoldsIdentitySerialNumbersAndAddressesPerSlot) {
     EXPECT_EQ(Words(group->ipAddresses, group->ipAddresses + 4), (Words{0, 0x0100007f, 0, 0x0100007f}));
 }
 
-TEST_F(Groups, MissingArgumentsComeFirstAndLeaveTheOutParameterAlone) {
-    auto* const untouched = reinterpret_cast<KvSApplGroupHandle*>(std::uintptr_t{8});
-    KvSApplGroupHandle* out = untouched;
-    EXPECT_EQ(KvApplMan_createApplGroupHandle_2(pool, nullptr, &t.access, 1, &out), -100);
-    EXPECT_EQ(KvApplMan_createApplGroupHandle_2(pool, &t.device, nullptr, 1, &out), -100);
-    EXPECT_EQ(KvApplMan_createApplGroupHandle_2(pool, &t.device, &t.access, 0, &out), -100);
-    EXPECT_EQ(KvApplMan_createApplGroupHandle_2(pool, &t.device, &t.access, 1, nullptr), -100);
-    EXPECT_EQ(out, untouched);
-    EXPECT_EQ(
-        outcome(KvApplMan_createApplGroupHandle_2(pool, &gap, &t.access, 1, &out)),
-        (Outcome{-100, {self("1024"), self("1024"), self("1024"), self("1024"), "KvApplMan_checkDevHandleList 1024"}}));
-    EXPECT_EQ(out, nullptr);
-    EXPECT_EQ(outcome(KvApplMan_deleteApplGroupHandle(pool, nullptr)),
-              (Outcome{-100, {"KvApplMan_deleteApplGroupHandle 1024"}}));
-}
-
 TEST_F(Groups, AGroupHasAtMost128Slots) {
     std::vector<void*> devices(129, nullptr);
     EXPECT_EQ(create(devices), (Outcome{-100, {"KvApplMan_checkDevHandleList 1024"}})) << "no device comes first";

@@ -1,7 +1,4 @@
 // Host files that only Windows has: attributes of every kind, long paths, names in any script.
-#include <fstream>
-#include <sstream>
-
 #include <windows.h>
 
 #include "api/api_test.h"
@@ -45,11 +42,7 @@ protected:
                                               nullptr, nullptr));
     }
 
-    std::string arrived(const fs::path& name) const {
-        std::ostringstream content;
-        content << std::ifstream{t.store() / "sent" / name}.rdbuf();
-        return content.str();
-    }
+    std::string arrived(const fs::path& name) const { return contentOf(t.store() / "sent" / name); }
 
     TemporaryFolder folder;
     fs::path root = folder.path();

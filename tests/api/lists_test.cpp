@@ -97,30 +97,11 @@ TEST_F(Lists, ApplicationsAreAskedForByTheTargetsNumberOfTheState) {
     }
 }
 
-TEST_F(Lists, ArgumentsForApplicationsAreJudgedBeforeAnythingIsSent) {
-    EXPECT_EQ(outcome(KvApplMan_getApplications(pool, nullptr, t.access, 7, nullptr, nullptr)),
-              (Outcome{-100, {kBadHandles}}));
-    EXPECT_EQ(outcome(KvApplMan_getApplications(pool, t.device, t.access, 7, nullptr, nullptr)),
-              (Outcome{-100, {kApplications + "1024"}}));
-    EXPECT_EQ(applications(7, 1, false), (Listing{-100, {kApplications + "1024"}, 1, kUntouched}));
-    EXPECT_EQ(applications(7, -1), (Listing{-200, {kApplications + "0x12500012"}, 0xffffffff, kUntouched}));
-    EXPECT_EQ(applications(7, 2), (Listing{-210, {"getInternalApplState 0x12500015"}, 2, kCleared}));
-    EXPECT_EQ(procedures(), Words{});
-}
-
 TEST_F(Lists, TheCountOfApplicationsIsStoredUnlessTheTargetRefuses) {
     t.target.script(kGetApplications, wire::value(std::int64_t{5}));
     EXPECT_EQ(applications(0, 2), (Listing{0, {}, 0, kCleared})) << "an answer of another type lists nothing";
     t.target.script(kGetApplications, wire::reply(TApplManValueResult{1, Words{1}, {}}));
     EXPECT_EQ(applications(0, 2), (Listing{-215, {kApplications + "0x12500016"}, 2, kCleared}));
-}
-
-TEST_F(Lists, ArgumentsForCoresAreJudgedBeforeTheHandles) {
-    EXPECT_EQ(outcome(KvApplMan_getAvailableCoreIDs(pool, nullptr, nullptr, 2, nullptr, nullptr)),
-              (Outcome{-100, {kCores + "1024"}}));
-    t.access = nullptr;
-    EXPECT_EQ(cores(2, 2), (Listing{-205, {kCores + "0x12500014"}, 2, kCleared}));
-    EXPECT_EQ(cores(1, 2, false), (Listing{-100, {kBadHandles}, 2, kUntouched}));
 }
 
 TEST_F(Lists, CoresAreAskedForByKindAndWhatDoesNotFitIsToldByTheStatusAlone) {
@@ -136,16 +117,6 @@ TEST_F(Lists, CoresAreAskedForByKindAndWhatDoesNotFitIsToldByTheStatusAlone) {
     hasCores(0, {5});
     std::uint32_t word = 1; // both count and array
     EXPECT_EQ(KvApplMan_getAvailableCoreIDs(pool, t.device, t.access, 0, &word, &word), 0) << "the count before counts";
-}
-
-TEST_F(Lists, ArgumentsForFlashApplicationsAreJudgedAfterTheHandles) {
-    EXPECT_EQ(outcome(KvApplMan_getFlashApplications(pool, t.device, nullptr, 1, nullptr, nullptr)),
-              (Outcome{-100, {kBadHandles}}));
-    EXPECT_EQ(outcome(KvApplMan_getFlashApplications(pool, t.device, t.access, 1, nullptr, nullptr)),
-              (Outcome{-100, {kFlash + "1024"}}));
-    EXPECT_EQ(flash(1, 1, false), (Listing{-100, {kFlash + "1024"}, 1, kUntouched}));
-    EXPECT_EQ(flash(1, 2), (Listing{-850, {kFlash + "0x1250003a(1)"}, 2, kCleared}));
-    EXPECT_EQ(procedures(), Words{});
 }
 
 TEST_F(Lists, FlashApplicationsThatDoNotFitAreCountedInAMessage) {
@@ -187,15 +158,6 @@ TEST_F(InfoList, WhatDoesNotFitOrCannotBeReadLeavesNothing) {
     EXPECT_TRUE(nothing());
     hasApplications(2, {longest, longest + 'a'});
     EXPECT_EQ(list(), (Outcome{-200, {"decodeParameterReturnValue 0x12500014"}}));
-    EXPECT_TRUE(nothing());
-}
-
-TEST_F(InfoList, OutParametersComeBeforeTheHandles) {
-    const Outcome expected{-100, {"KvApplMan_getApplInfoList 0x1250005b"}};
-    EXPECT_EQ(outcome(KvApplMan_getApplInfoList(pool, nullptr, nullptr, nullptr, &count, nullptr)), expected);
-    EXPECT_EQ(outcome(KvApplMan_getApplInfoList(pool, nullptr, nullptr, &listed, nullptr, nullptr)), expected);
-    t.access = nullptr;
-    EXPECT_EQ(list(), (Outcome{-100, {kBadHandles}}));
     EXPECT_TRUE(nothing());
 }
 

@@ -52,28 +52,6 @@ TEST_F(Parameters, EachIsSentUnderTheTargetsNumberInItsOwnType) {
     }
 }
 
-TEST_F(Parameters, ArgumentsAreJudgedInTheirOrderBeforeTheHandles) {
-    const char* const texts[] = {"a", nullptr};
-    struct Row {
-        std::uint32_t paramId;
-        const void* value;
-        std::int32_t size;
-        std::int32_t status;
-        const char* code;
-    };
-    const Row rows[] = {
-        {1006, nullptr, -1, -100, "1024"},    {1006, &quad, -1, -200, "0x12500012"},
-        {1006, &quad, 4, -205, "0x12500014"}, {1008, &quad, 8, -200, "0x12500012"},
-        {1004, &quad, 4, -200, "0x12500012"}, {3073, &quad, 4, -200, "0x12500012"},
-        {1001, texts, 2, -100, "1024"},
-    };
-    for (const Row& row : rows) {
-        EXPECT_EQ(outcome(KvApplMan_setApplParameter(pool, nullptr, nullptr, 5, row.paramId, row.value, row.size)),
-                  (Outcome{row.status, {std::string("KvApplMan_setApplParameter ") + row.code}}))
-            << row.paramId;
-    }
-}
-
 TEST_F(Parameters, OnlyMinusOneIsARefusalAndOnlySomeAreTolerated) {
     struct Row {
         std::uint32_t paramId;

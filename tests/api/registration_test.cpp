@@ -74,20 +74,6 @@ TEST_F(Registration, NumbersComeInTurnAndEmptySlotsAreLeftOut) {
     EXPECT_EQ(registerNo(1), (Outcome{0, {}}));
 }
 
-TEST_F(Registration, MissingArgumentsComeBeforeTheHandles) {
-    KvSApplGroupHandle hollow = group;
-    hollow.ipAddresses = nullptr;
-    std::uint32_t untouched = 5;
-    EXPECT_EQ(KvApplMan_registerAppl_2(pool, nullptr, nullptr, nullptr, 1, &untouched), -100);
-    EXPECT_EQ(KvApplMan_registerAppl_2(pool, nullptr, nullptr, &hollow, 1, &untouched), -100);
-    EXPECT_EQ(KvApplMan_registerAppl_2(pool, nullptr, nullptr, &group, 0, &untouched), -100);
-    EXPECT_EQ(KvApplMan_registerAppl_2(pool, nullptr, nullptr, &group, 1, nullptr), -100);
-    EXPECT_EQ(untouched, 5U);
-    EXPECT_EQ(outcome(KvApplMan_registerAppl_2(pool, nullptr, nullptr, &group, 1, &untouched)),
-              (Outcome{-100, {self("1024"), self("1024"), self("1024"), self("1024"), kBadHandles}}));
-    EXPECT_EQ(untouched, 0U);
-}
-
 TEST_F(Registration, TheDeviceMustBeThatOfTheSlot) {
     t.target.script(kGetParam, wire::value(std::uint32_t{8}));
     EXPECT_EQ(registerNo(1), (Outcome{-110, {self("0x1250004b(1,4711,8)")}}));

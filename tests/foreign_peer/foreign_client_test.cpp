@@ -1,13 +1,11 @@
-// A client that is not ours against the program kvtarget.
-#include <arpa/inet.h>
+// A client that is not ours against the simulated target.
 #include <memory>
 #include <netinet/in.h>
 
-#include "foreign_peer/child_process.h"
+#include "rtos/ipv4_endpoint.h"
 #include "support/one_target.h"
-extern "C" {
-#include "foreign_peer/foreign_values.h"
-}
+
+#include "applman.h"
 
 namespace {
 
@@ -26,62 +24,47 @@ private:
     bool_t (*routine_)(XDR*, Result*);
 };
 
-class ForeignClient : public testing::Test {
-protected:
-    void SetUp() override {
-        const std::string address = target_.address();
-        const std::string host = "127.0.0.1:";
-        ASSERT_TRUE(address.starts_with(host)) << address;
-        sockaddr_in target{};
-        target.sin_family = AF_INET;
-        target.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-        target.sin_port = htons(static_cast<std::uint16_t>(std::stoi(address.substr(host.size()))));
-        int socket = RPC_ANYSOCK;
-        client_.reset(clnttcp_create(&target, APPLMAN_PROGRAM, APPLMAN_VERSION, &socket, 0, 0));
-        ASSERT_NE(client_, nullptr) << clnt_spcreateerror("kvtarget");
-    }
+TEST(ForeignClient, RegistersAProcessAndGetsBackTheParameterThatItHasSet) {
+    const TargetDevice device;
+    const auto endpoint = parseIpv4Endpoint(device.address).value();
+    sockaddr_in target{};
+    target.sin_family = AF_INET;
+    target.sin_addr.s_addr = endpoint.address;
+    target.sin_port = htons(endpoint.port);
+    int socket = RPC_ANYSOCK;
+    const std::unique_ptr<CLIENT, void (*)(CLIENT*)> client{
+        clnttcp_create(&target, APPLMAN_PROGRAM, APPLMAN_VERSION, &socket, 0, 0),
+        [](CLIENT* created) { clnt_destroy(created); }};
+    ASSERT_NE(client, nullptr) << clnt_spcreateerror("target");
 
-    /// Opens a group of one process and registers the process. Result: its application ID.
-    u_int registerProcess() {
-        u_int accessId = kAccessId;
-        ForeignReply<applman_group_result> group{xdr_applman_group_result};
-        EXPECT_EQ(applman_open_group_2(&accessId, &group, client_.get()), RPC_SUCCESS);
-        EXPECT_EQ(group.result, 0);
+    u_int accessId = kAccessId;
+    ForeignReply<applman_group_result> group{xdr_applman_group_result};
+    ASSERT_EQ(applman_open_group_2(&accessId, &group, client.get()), RPC_SUCCESS);
+    EXPECT_EQ(group.result, 0);
+    applman_register_request request{};
+    request.access_id = kAccessId;
+    request.appl_no = 1;
+    request.group.target_group_id_1 = group.target_group_id_1;
+    request.group.target_group_id_2 = group.target_group_id_2;
+    request.group.appl_count = 1;
+    ForeignReply<applman_register_result> registered{xdr_applman_register_result};
+    ASSERT_EQ(applman_register_appl_2(&request, &registered, client.get()), RPC_SUCCESS);
+    EXPECT_EQ(registered.result, 0);
 
-        applman_register_request request{};
-        request.access_id = kAccessId;
-        request.appl_no = 1;
-        request.group.target_group_id_1 = group.target_group_id_1;
-        request.group.target_group_id_2 = group.target_group_id_2;
-        request.group.appl_count = 1;
-        ForeignReply<applman_register_result> registered{xdr_applman_register_result};
-        EXPECT_EQ(applman_register_appl_2(&request, &registered, client_.get()), RPC_SUCCESS);
-        EXPECT_EQ(registered.result, 0);
-        EXPECT_GT(registered.appl_id, 0);
-        return static_cast<u_int>(registered.appl_id);
-    }
-
-    TemporaryFolder store_{};
-    ChildProcess target_{{KVTARGET, "--store", store_.path().string(), "--delay", "0"}};
-    std::unique_ptr<CLIENT, void (*)(CLIENT*)> client_{nullptr, [](CLIENT* client) { clnt_destroy(client); }};
-};
-
-TEST_F(ForeignClient, GetsBackTheParametersOfEveryTagThatItHasSet) {
-    const u_int applId = registerProcess();
-    for (const applman_value& value : foreignValues) {
-        SCOPED_TRACE(value.tag);
-        const u_int parameter = 5000U + static_cast<u_int>(value.tag);
-        applman_set_param_request set{kMode, kAccessId, applId, parameter, value};
-        ForeignReply<applman_result> taken{xdr_applman_result};
-        ASSERT_EQ(applman_set_param_2(&set, &taken, client_.get()), RPC_SUCCESS);
-        EXPECT_EQ(taken.result, 0);
-
-        applman_get_param_request get{kMode, kAccessId, applId, parameter};
-        ForeignReply<applman_value_result> got{xdr_applman_value_result};
-        ASSERT_EQ(applman_get_param_2(&get, &got, client_.get()), RPC_SUCCESS);
-        EXPECT_EQ(got.result, 0);
-        EXPECT_TRUE(sameRecord(reinterpret_cast<xdrproc_t>(xdr_applman_value), &got.value, &value));
-    }
+    const auto applId = static_cast<u_int>(registered.appl_id);
+    char text[] = "text";
+    applman_value value{};
+    value.tag = APPLMAN_TEXT;
+    value.applman_value_u.text = text;
+    applman_set_param_request set{kMode, kAccessId, applId, 5000, value};
+    ForeignReply<applman_result> taken{xdr_applman_result};
+    ASSERT_EQ(applman_set_param_2(&set, &taken, client.get()), RPC_SUCCESS);
+    EXPECT_EQ(taken.result, 0);
+    applman_get_param_request get{kMode, kAccessId, applId, 5000};
+    ForeignReply<applman_value_result> got{xdr_applman_value_result};
+    ASSERT_EQ(applman_get_param_2(&get, &got, client.get()), RPC_SUCCESS);
+    ASSERT_EQ(got.value.tag, APPLMAN_TEXT);
+    EXPECT_STREQ(got.value.applman_value_u.text, text);
 }
 
 } // namespace

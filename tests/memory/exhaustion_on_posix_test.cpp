@@ -87,9 +87,8 @@ struct Ended {
 class Exhaustion : public EveryFunction, public testing::WithParamInterface<Row> {
 protected:
     Exhaustion() {
-        std::filesystem::create_directories(folder.path() / "tree/deep");
-        std::ofstream{folder.path() / "tree/file"} << "more";
-        std::ofstream{folder.path() / "tree/deep/file"} << "most";
+        folder.file("tree/file", "more");
+        folder.file("tree/deep/file", "most");
         if (row.call == loadTree) { call.file = (folder.path() / "tree").string(); }
         if (row.procedure != 0) { t.target.scriptAlways(row.procedure, row.reply); }
         run(call, kEnough, Fails::once); // what is made once for all

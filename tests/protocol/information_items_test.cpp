@@ -43,27 +43,6 @@ protected:
 
 } // namespace
 
-TEST_F(Information, ArgumentsAreJudgedBeforeAnythingIsSent) {
-    const Outcome missing{-100, {"KvApplMan_getApplInfo 1024"}};
-    EXPECT_EQ(outcome(KvApplMan_getApplInfo(pool, t.device, t.access, 1, 9, buffer.data(), nullptr)), missing);
-    size = 1;
-    EXPECT_EQ(outcome(KvApplMan_getApplInfo(pool, t.device, t.access, 1, 9, nullptr, &size)), missing);
-    struct Row {
-        std::uint32_t infoId;
-        std::int32_t size;
-        std::int32_t status;
-    };
-    for (const Row& row : {Row{0, 8, -200}, Row{2, -1, -200}, Row{1, 4, -205}, Row{23, -1, -205}}) {
-        EXPECT_EQ(outcome(read(1, row.infoId, row.size)),
-                  (Outcome{row.status, {"mapParamAndCheckParamSize 0x12500014"}}));
-        EXPECT_EQ(size, row.size);
-        const auto given = static_cast<std::size_t>(std::max(row.size, 0));
-        EXPECT_EQ(std::string(buffer.data(), given), std::string(given, '\0')) << "the buffer is cleared all the same";
-        EXPECT_EQ(buffer[given], kFill);
-    }
-    EXPECT_EQ(procedures(), Words{});
-}
-
 TEST_F(Information, TheSizeBeforeTheCallCountsAlsoWhereItLiesInTheBuffer) {
     for (const auto& [infoId, given, filled] : {std::tuple{9U, 4, TApplManValue(7U)}, {18U, 64, Text{"other"}}}) {
         std::memcpy(buffer.data(), &given, sizeof given);
@@ -84,16 +63,6 @@ TEST_F(Information, ATextEndsAtItsFirstZero) {
     EXPECT_EQ(readText(1, 19, 64), (Delivered{0, "A\x80\x01", 64})) << "a negated text is restored up to its zero";
 }
 
-TEST_F(Information, AnArrayTellsItsBytes) {
-    answer(Words{1, 2, 3});
-    EXPECT_EQ(read(1, 11, 64), 0);
-    EXPECT_EQ(size, 12);
-    EXPECT_EQ((delivered<std::array<std::uint32_t, 4>>()), (std::array<std::uint32_t, 4>{1, 2, 3, 0}));
-    answer(Words{});
-    size = 0;
-    EXPECT_EQ(KvApplMan_getApplInfo(pool, t.device, t.access, 1, 11, nullptr, &size), 0) << "nothing fits into nothing";
-}
-
 TEST_F(Information, AddressesAreOneTextWithAGapForEachMissingOne) {
     answer(Words{0x0100a8c0, 0, 0xffffffff});
     EXPECT_EQ(readText(1, 16, 29), (Delivered{0, "192.168.0.1;;255.255.255.255", 29}));
@@ -109,14 +78,6 @@ TEST_F(Information, StatesAreTranslatedAndAnUnknownOneIsDeliveredAsSuch) {
         EXPECT_EQ(delivered<std::int32_t>(), kExtern[state]) << state;
     }
     EXPECT_EQ(messages(pool), Messages{"getExternApplState 0x12500015"});
-}
-
-TEST_F(Information, AReplyOfAnotherTypeAndARefusalAreToldApart) {
-    answer(std::int64_t{1});
-    EXPECT_EQ(outcome(read(1, 9, 4)), (Outcome{-204, {"decodeParameterReturnValue 0x12500013"}}));
-    EXPECT_EQ(delivered<std::uint32_t>(), 0U);
-    t.target.script(kGetParam, wire::noValue({0x14a00805}));
-    EXPECT_EQ(outcome(read(1, 9, 4)), (Outcome{-175, {"target 0x14a00805", "KvApplMan_getApplInfo 0x12500007"}}));
 }
 
 TEST_F(Information, WhatATargetDoesNotKnowHasADefaultAndThePoolIsEmptied) {

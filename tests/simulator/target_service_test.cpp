@@ -1,8 +1,6 @@
 // The two programs of a target, called without a connection: what they accept, and what they keep.
-#include <fstream>
 #include <map>
 #include <optional>
-#include <sstream>
 
 #include "file_transfer/file_transfer_protocol.h"
 #include "protocol/procedure_numbers.h"
@@ -26,9 +24,7 @@ using Files = std::map<std::string, std::string>;
 Files filesIn(const fs::path& folder) {
     Files files;
     for (const auto& entry : fs::recursive_directory_iterator{folder}) {
-        std::ostringstream content;
-        if (entry.is_regular_file()) { content << std::ifstream{entry.path(), std::ios::binary}.rdbuf(); }
-        files[entry.path().lexically_relative(folder).generic_string()] = content.str();
+        files[entry.path().lexically_relative(folder).generic_string()] = contentOf(entry.path());
     }
     return files;
 }

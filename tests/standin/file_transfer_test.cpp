@@ -5,7 +5,6 @@
 
 #include <fstream>
 #include <functional>
-#include <iterator>
 
 #include <gtest/gtest.h>
 
@@ -21,7 +20,7 @@ namespace fs = std::filesystem;
 
 constexpr std::size_t kChunk = 256 << 10;
 
-std::string contentOf(std::size_t size) {
+std::string bytes(std::size_t size) {
     std::string content(size, '\0');
     for (std::size_t i = 0; i < size; ++i) {
         content[i] = static_cast<char>(i ^ i >> 8 ^ i >> 16);
@@ -36,7 +35,7 @@ protected:
     ~FileTransfer() override { EXPECT_EQ(KvHIM_deleteFTClientHandle(pool, handle), 0); }
 
     std::int64_t send(std::size_t size, const char* name = "name") {
-        std::ofstream{file, std::ios::binary} << contentOf(size);
+        folder.file("file", bytes(size));
         return sendFile(name);
     }
     std::int64_t sendFile(const char* name) {
@@ -46,10 +45,7 @@ protected:
         };
         return KvHIM_putFileU(pool, nullptr, handle, path.c_str(), "dir", name, report, this);
     }
-    std::string arrived(const char* name = "name") const {
-        std::ifstream stream{target.store() / "dir" / name, std::ios::binary};
-        return {std::istreambuf_iterator<char>{stream}, {}};
-    }
+    std::string arrived(const char* name = "name") const { return contentOf(target.store() / "dir" / name); }
 
     TargetDevice target{};
     TemporaryFolder folder{};
@@ -66,7 +62,7 @@ TEST_F(FileTransfer, ContentArrivesExactlyAndEveryChunkIsReported) {
         SCOPED_TRACE(size);
         reports.clear();
         EXPECT_EQ(send(size), static_cast<std::int64_t>(size));
-        EXPECT_TRUE(arrived() == contentOf(size));
+        EXPECT_TRUE(arrived() == bytes(size));
         std::vector<std::uint64_t> expected;
         for (std::size_t sent = 0; sent < size; sent = expected.back()) {
             expected.push_back(std::min(sent + kChunk, size));
@@ -80,11 +76,11 @@ TEST_F(FileTransfer, WhatChangesWhileItIsSentArrivesAsAnnouncedOrNotAtAll) {
     constexpr std::size_t kSize = 30 * kChunk + 7;
     onProgress = [&](std::uint64_t) { std::ofstream{file, std::ios::app} << "more"; };
     EXPECT_EQ(send(kSize, "grown"), static_cast<std::int64_t>(kSize));
-    EXPECT_TRUE(arrived("grown") == contentOf(kSize));
+    EXPECT_TRUE(arrived("grown") == bytes(kSize));
 #if !defined(_WIN32)
     onProgress = [&](std::uint64_t) { fs::remove(file); };
     EXPECT_EQ(send(kSize, "vanished"), static_cast<std::int64_t>(kSize));
-    EXPECT_TRUE(arrived("vanished") == contentOf(kSize));
+    EXPECT_TRUE(arrived("vanished") == bytes(kSize));
     fs::remove(target.store() / "dir" / "vanished");
 #endif
     onProgress = [&](std::uint64_t) { fs::resize_file(file, 9 * kChunk + 5); };

@@ -76,9 +76,11 @@ TEST(RpcClient, CallsOfManyThreadsShareOneConnectionAndTheirRepliesMayOvertakeEa
 }
 
 TEST(RpcClient, TakesRepliesInEveryFormThatIsAllowedAndIgnoresThoseOfNobody) {
+    const Bytes header = words({0, 2, 0x20004B56, 2, 10, 0, 0, 0, 0}); // behind the xid, without credentials
     std::latch taken{1};
     ScriptedPeer peer{{[&](const Wire& wire) {
                            const Bytes call = wire.receiveRecord();
+                           EXPECT_EQ(Bytes(call.begin() + 4, call.begin() + 40), header);
                            wire.send(reply(words({wordAt(call, 0) + 1000}), words({99})) + fragment(call));
                            // An unknown verifier, padding of any value, bytes behind the results.
                            const Bytes record = words({wordAt(call, 0), 1, 0, 77, 397}) + Bytes(400, 0xEE) +

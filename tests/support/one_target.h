@@ -2,6 +2,8 @@
 #pragma once
 
 #include <filesystem>
+#include <fstream>
+#include <iterator>
 #include <random>
 #include <string>
 #include <vector>
@@ -36,6 +38,12 @@ inline std::vector<std::string> messages(const Pool& pool) {
 
 using Messages = std::vector<std::string>;
 
+/// Empty when there is no such file.
+inline std::string contentOf(const std::filesystem::path& file) {
+    std::ifstream stream{file, std::ios::binary};
+    return {std::istreambuf_iterator<char>{stream}, {}};
+}
+
 /// A folder of its own that goes with its scope.
 class TemporaryFolder {
 public:
@@ -52,6 +60,13 @@ public:
     TemporaryFolder& operator=(const TemporaryFolder&) = delete;
 
     const std::filesystem::path& path() const { return path_; }
+
+    /// Makes a file, and the directories on the way to it. Result: its path.
+    std::string file(const std::filesystem::path& name, const std::string& content) const {
+        std::filesystem::create_directories((path_ / name).parent_path());
+        std::ofstream{path_ / name, std::ios::binary} << content;
+        return (path_ / name).string();
+    }
 
 private:
     std::filesystem::path path_;

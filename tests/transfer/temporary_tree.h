@@ -1,8 +1,6 @@
 // A host directory with files for one test; it is removed with all that lies in it.
 #pragma once
 
-#include <fstream>
-
 #include "support/one_target.h"
 #include "transfer/host_path.h"
 
@@ -12,10 +10,7 @@ class TemporaryTree {
 public:
     const std::filesystem::path root = folder_.path();
 
-    void file(const std::string& name, std::size_t size) const {
-        std::filesystem::create_directories((root / name).parent_path());
-        std::ofstream{root / name, std::ios::binary} << std::string(size, 'x');
-    }
+    void file(const std::string& name, std::size_t size) const { folder_.file(name, std::string(size, 'x')); }
 
     /// As the library's callers hand paths on.
     std::u16string path(const std::string& name = "") const {
