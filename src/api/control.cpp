@@ -23,15 +23,12 @@ std::int32_t pauseOrStep(const Reporter& report, void* devHandle, void* accessRe
 Status KvApplMan_stopTerminateAppl(KvCErrorListPool& pool, KV_RPC_PROG_APPLMAN_HOST2Client* client,
                                    std::uint32_t accessId, std::uint32_t applId, bool terminate) {
     const Reporter report{pool, "KvApplMan_stopTerminateAppl"};
-    if (client == nullptr) { return report.fail(Msg::invalidArgument, Status::argument); }
-    return carryOut(report, Session{*client, accessId}, terminate ? kTerminate : kStop, applId);
+    return carryOut(report, client, accessId, terminate ? kTerminate : kStop, applId);
 }
 
 Status KvApplMan_unloadAppl(KvCErrorListPool& pool, KV_RPC_PROG_APPLMAN_HOST2Client* client, std::uint32_t accessId,
                             std::uint32_t applId) {
-    const Reporter report{pool, "KvApplMan_unloadAppl"};
-    if (client == nullptr) { return report.fail(Msg::invalidArgument, Status::argument); }
-    return carryOut(report, Session{*client, accessId}, kUnload, applId);
+    return carryOut(Reporter{pool, "KvApplMan_unloadAppl"}, client, accessId, kUnload, applId);
 }
 
 } // namespace applman

@@ -84,16 +84,12 @@ Status KvApplMan_setFlashApplParameter(KvCErrorListPool& pool, Client* client, s
 
 Status KvApplMan_loadFlashAppl(KvCErrorListPool& pool, Client* client, std::uint32_t accessId,
                                std::uint64_t flashApplId) {
-    const Reporter report{pool, "KvApplMan_loadFlashAppl"};
-    if (client == nullptr) { return report.fail(Msg::invalidArgument, Status::argument); }
-    return carryOut(report, Session{*client, accessId}, kLoadFlash, flashApplId);
+    return carryOut(Reporter{pool, "KvApplMan_loadFlashAppl"}, client, accessId, kLoadFlash, flashApplId);
 }
 
 Status KvApplMan_clearFlashAppl(KvCErrorListPool& pool, Client* client, std::uint32_t accessId,
                                 std::uint64_t flashApplId) {
-    const Reporter report{pool, "KvApplMan_clearFlashAppl"};
-    if (client == nullptr) { return report.fail(Msg::invalidArgument, Status::argument); }
-    return carryOut(report, Session{*client, accessId}, kClearFlash, flashApplId);
+    return carryOut(Reporter{pool, "KvApplMan_clearFlashAppl"}, client, accessId, kClearFlash, flashApplId);
 }
 
 } // namespace applman

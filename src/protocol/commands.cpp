@@ -105,4 +105,10 @@ Status carryOut(const Reporter& report, const Session& session, const Command& c
     return status;
 }
 
+Status carryOut(const Reporter& report, KV_RPC_PROG_APPLMAN_HOST2Client* client, std::uint32_t accessId,
+                const Command& command, std::uint64_t id) {
+    if (client == nullptr) { return report.fail(Msg::invalidArgument, Status::argument); }
+    return carryOut(report, Session{*client, accessId}, command, id);
+}
+
 } // namespace applman

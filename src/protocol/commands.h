@@ -26,4 +26,8 @@ extern const Command kClearFlash;
 /// application process, or of the flash application.
 Status carryOut(const Reporter& report, const Session& session, const Command& command, std::uint64_t id);
 
+/// The same for an operation that is given its client, which may be missing.
+Status carryOut(const Reporter& report, KV_RPC_PROG_APPLMAN_HOST2Client* client, std::uint32_t accessId,
+                const Command& command, std::uint64_t id);
+
 } // namespace applman
