@@ -7,7 +7,7 @@
 
 #include "frame/calling_frame.h"
 #include "platform/host_system.h"
-#include "protocol/completion_wait.h"
+#include "protocol/commands.h"
 #include "protocol/parameter_numbers.h"
 #include "protocol/procedures.h"
 #include "protocol/unsupported_param.h"
@@ -108,17 +108,8 @@ Status transfer(const Reporter& report, const Session& session, const Binary& bi
                               fileName->c_str(), binary.loadOptions, binary.tracker);
 }
 
-Status orderLoad(const Reporter& report, const Session& session, const Binary& binary) {
-    const CommandProcedure& procedure = binary.completeLoad ? APPLMAN_LOAD_APPL_COMPLETE : APPLMAN_LOAD_APPL;
-    Reply<TApplManResult> reply{session.client};
-    const std::int32_t called =
-        procedure(session.client, report.pool(), {kMode, session.accessId, binary.applId}, reply);
-    if (called != 0) { return report.failRemoteCall(); }
-    return reply->result == kRefused ? report.fail(Msg::cannotLoad, Status::load) : Status::ok;
-}
-
-Status awaitLoad(const Reporter& report, const Session& session, const Binary& binary) {
-    return waitWhileBusy(report.pool(), &session.client, binary.applId, session.accessId, Status::load);
+Status load(const Reporter& report, const Session& session, const Binary& binary) {
+    return carryOut(report, session, binary.completeLoad ? kLoadComplete : kLoad, binary.applId);
 }
 
 } // namespace
@@ -134,7 +125,7 @@ Status download(KvCErrorListPool& pool, void* devHandle, void* accessResHandle, 
     const Binary binary{devHandle, applId, downloadOption, path, completeLoad, loadOptions, targetName, tracker};
     return runFrame(report, devHandle, accessResHandle, [&](const Session& session) {
         Status status = Status::ok;
-        for (const auto step : {announce, transfer, orderLoad, awaitLoad}) {
+        for (const auto step : {announce, transfer, load}) {
             status = step(report, session, binary);
             if (status != Status::ok) { break; }
         }

@@ -6,9 +6,8 @@
 #include "api/binary_download.h"
 #include "api/group_devices.h"
 #include "frame/calling_frame.h"
-#include "protocol/completion_wait.h"
+#include "protocol/commands.h"
 #include "protocol/parameter_numbers.h"
-#include "protocol/procedures.h"
 #include "transfer/host_path.h"
 #include "transfer/text.h"
 
@@ -16,7 +15,7 @@ namespace applman {
 namespace {
 
 /// What the host gave, per slot and for all.
-struct DownloadOrder {
+struct DownloadArguments {
     void* const* devHandles;
     void* const* accessResHandles;
     const std::uint32_t* applIds;
@@ -37,37 +36,6 @@ struct InitCalls {
     std::uint32_t most = 0;
 };
 
-/// A step of the download on one process that the target carries out by itself.
-struct GroupCommand {
-    const char* operation;
-    const CommandProcedure& procedure;
-    Msg refused;
-    Status failure;
-};
-constexpr GroupCommand kInit{"KvApplMan_InitAppl", APPLMAN_INIT_APPL, Msg::cannotInitialize, Status::initialisation};
-constexpr GroupCommand kApply{"KvApplMan_ApplyAppl", APPLMAN_APPLY_APPL, Msg::cannotApply, Status::apply};
-
-Status order(const Reporter& report, const Session& session, std::uint32_t applId, const GroupCommand& command) {
-    Reply<TApplManResult> reply{session.client};
-    const std::int32_t called =
-        command.procedure(session.client, report.pool(), {kMode, session.accessId, applId}, reply);
-    if (called != 0) { return report.failRemoteCall(); }
-    if (reply->result != kRefused) { return Status::ok; }
-    report.addChosen(command.refused);
-    return command.failure;
-}
-
-/// KvApplMan_InitAppl and KvApplMan_ApplyAppl.
-Status runGroupCommand(KvCErrorListPool& pool, void* devHandle, void* accessResHandle, std::uint32_t applId,
-                       const GroupCommand& command) {
-    const Reporter report{pool, command.operation};
-    return runFrame(report, devHandle, accessResHandle, [&](const Session& session) {
-        const Status ordered = order(report, session, applId, command);
-        if (ordered != Status::ok) { return ordered; }
-        return waitWhileBusy(pool, &session.client, applId, session.accessId, command.failure);
-    });
-}
-
 std::int32_t readWord(KvCErrorListPool& pool, void* devHandle, void* accessResHandle, std::uint32_t applId,
                       std::uint32_t infoId, std::uint32_t* word) {
     std::int32_t size = sizeof *word;
@@ -84,7 +52,7 @@ Status KvApplMan_checkApplicationCount(KvCErrorListPool& pool, void* devHandle, 
     return Status::ok;
 }
 
-Status readInitCalls(const Reporter& report, const DownloadOrder& what, InitCalls* calls) {
+Status readInitCalls(const Reporter& report, const DownloadArguments& what, InitCalls* calls) {
     for (std::uint32_t slot = 0; slot < what.applCount; ++slot) {
         if (!what.present(slot)) { continue; }
         std::uint32_t count = 0;
@@ -101,7 +69,7 @@ Status readInitCalls(const Reporter& report, const DownloadOrder& what, InitCall
 /// The three phases over the slots of one download, and the progress of it.
 class GroupDownload {
 public:
-    GroupDownload(const Reporter& report, const DownloadOrder& what, const InitCalls& calls)
+    GroupDownload(const Reporter& report, const DownloadArguments& what, const InitCalls& calls)
         : report_(report), what_(what), calls_(calls) {
         if (what_.progressCallback != nullptr) { prepareProgress(); }
     }
@@ -155,9 +123,12 @@ private:
                         tracker_.callback == nullptr ? nullptr : &tracker_);
     }
 
-    Status command(std::uint32_t slot, const GroupCommand& groupCommand) {
-        return runGroupCommand(report_.pool(), what_.devHandles[slot], what_.accessResHandles[slot],
-                               what_.applIds[slot], groupCommand);
+    /// KvApplMan_InitAppl and KvApplMan_ApplyAppl.
+    Status runOnSlot(const char* operation, const Command& command, std::uint32_t slot) {
+        const Reporter report{report_.pool(), operation};
+        return runFrame(report, what_.devHandles[slot], what_.accessResHandles[slot], [&](const Session& session) {
+            return carryOut(report, session, command, what_.applIds[slot]);
+        });
     }
 
     // A step counts for every slot, an empty one and one that failed too.
@@ -175,7 +146,7 @@ private:
     Status initialise(std::uint32_t pass) {
         Status status = Status::ok;
         for (std::uint32_t slot = 0; status == Status::ok && slot < what_.applCount; ++slot) {
-            if (what_.present(slot)) { status = command(slot, kInit); }
+            if (what_.present(slot)) { status = runOnSlot("KvApplMan_InitAppl", kInitialise, slot); }
             if (status != Status::ok) { report_.add(Msg::initFailed, slot + 1, what_.applCount, pass, calls_.most); }
             if (pass == calls_.most) { countStep(slot, kInitPhase); }
         }
@@ -185,7 +156,7 @@ private:
     Status apply() {
         Status status = Status::ok;
         for (std::uint32_t slot = 0; status == Status::ok && slot < what_.applCount; ++slot) {
-            if (what_.present(slot)) { status = command(slot, kApply); }
+            if (what_.present(slot)) { status = runOnSlot("KvApplMan_ApplyAppl", kApply, slot); }
             if (status != Status::ok) { report_.add(Msg::applyFailed, slot + 1, what_.applCount); }
             countStep(slot, kApplyPhase);
         }
@@ -193,13 +164,13 @@ private:
     }
 
     const Reporter& report_;
-    const DownloadOrder& what_;
+    const DownloadArguments& what_;
     const InitCalls& calls_;
     TApplManProgressTracker tracker_;
     std::uint64_t unitsPerStep_ = 0;
 };
 
-Status downloadGroup(const Reporter& report, const DownloadOrder& what) {
+Status downloadGroup(const Reporter& report, const DownloadArguments& what) {
     if (what.devHandles == nullptr || what.accessResHandles == nullptr || what.applIds == nullptr ||
         what.applPathsUtf8 == nullptr || what.applCount == 0) {
         return report.fail(Msg::invalidArgument, Status::argument);
@@ -233,9 +204,9 @@ extern "C" std::int32_t KvApplMan_downloadApplUtf8(KvCErrorListPool& pool, void*
     const Reporter report{pool, "KvApplMan_downloadApplUtf8"};
     return guarded(report, [&] {
         return downloadGroup(report,
-                             DownloadOrder{devHandles, accessResHandles, applIds, applPathsUtf8, targetPathsUtf8,
-                                           downloadOption, applCountAndLoadOptions & 0x00FFFFFFU,
-                                           static_cast<std::uint8_t>(applCountAndLoadOptions >> 24), progressCallback,
-                                           userData});
+                             DownloadArguments{devHandles, accessResHandles, applIds, applPathsUtf8, targetPathsUtf8,
+                                               downloadOption, applCountAndLoadOptions & 0x00FFFFFFU,
+                                               static_cast<std::uint8_t>(applCountAndLoadOptions >> 24),
+                                               progressCallback, userData});
     });
 }

@@ -4,7 +4,6 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
-#include <optional>
 #include <string>
 
 #include "api/KvApplicationManagerAP.h"
@@ -31,7 +30,7 @@ constexpr std::uint32_t kSubstituteType = 2;
 constexpr std::uint32_t kFileFlagsMask = 0x00FFFFFF;
 
 /// What the host gave.
-struct LoadOrder {
+struct LoadArguments {
     void* devHandle;
     void* accessResHandle;
     std::uint32_t applId;
@@ -55,9 +54,9 @@ struct Source {
     std::string shown;
 };
 
-Source sourceOf(const LoadOrder& order) {
-    std::u16string path = hostPathOf(order.sourcePathUtf8);
-    if (order.sourcePathUtf8[0] != '\0') { path = normalizeHostPath(path.c_str()); }
+Source sourceOf(const LoadArguments& given) {
+    std::u16string path = hostPathOf(given.sourcePathUtf8);
+    if (given.sourcePathUtf8[0] != '\0') { path = normalizeHostPath(path.c_str()); }
     std::string shown = wideToMessageText(path.c_str());
     return {std::move(path), std::move(shown)};
 }
@@ -66,12 +65,12 @@ const char* shownOf(const Text& text) { return text ? text->c_str() : "<NULL>"; 
 
 bool holdsText(const Text& text) { return text && text->c_str()[0] != '\0'; }
 
-TApplManProgressTracker progressOf(const LoadOrder& order, const Source& source) {
+TApplManProgressTracker progressOf(const LoadArguments& given, const Source& source) {
     TApplManProgressTracker tracker;
-    if (order.progressCallback == nullptr) { return tracker; }
-    tracker.callback = order.progressCallback;
-    tracker.userData = order.userData;
-    tracker.totalUnits = order.isDirectory() ? getDirectorySize(source.path) : getFileSize(source.path);
+    if (given.progressCallback == nullptr) { return tracker; }
+    tracker.callback = given.progressCallback;
+    tracker.userData = given.userData;
+    tracker.totalUnits = given.isDirectory() ? getDirectorySize(source.path) : getFileSize(source.path);
     tracker.phaseName = kPhaseLoad;
     tracker.phase = 1;
     tracker.phaseCount = 1;
@@ -79,102 +78,101 @@ TApplManProgressTracker progressOf(const LoadOrder& order, const Source& source)
 }
 
 /// A directory goes below the target path; a target path that is empty asks for no transfer.
-Status transferDirectory(const Reporter& report, const LoadOrder& order, const Source& source,
+Status transferDirectory(const Reporter& report, const LoadArguments& given, const Source& source,
                          const TApplManAddFileResult& target, TApplManProgressTracker* tracker) {
     if (!target.targetPath || holdsText(target.targetName)) {
-        return report.fail(Msg::directoryTargetInvalid, Status::fileLoad, source.shown, order.applId,
+        return report.fail(Msg::directoryTargetInvalid, Status::fileLoad, source.shown, given.applId,
                            shownOf(target.targetPath), shownOf(target.targetName));
     }
     if (!holdsText(target.targetPath)) { return Status::ok; }
-    return copyDirToTarget(report.pool(), order.devHandle, nullptr, source.path.c_str(), target.targetPath->c_str(),
-                           order.loadOptions(), tracker);
+    return copyDirToTarget(report.pool(), given.devHandle, nullptr, source.path.c_str(), target.targetPath->c_str(),
+                           given.loadOptions(), tracker);
 }
 
-Status transferFile(const Reporter& report, const LoadOrder& order, const Source& source,
+Status transferFile(const Reporter& report, const LoadArguments& given, const Source& source,
                     const TApplManAddFileResult& target, TApplManProgressTracker* tracker) {
     if (!holdsText(target.targetPath) || !holdsText(target.targetName)) {
-        return report.fail(Msg::fileTargetInvalid, Status::fileLoad, source.shown, order.fileType, order.applId,
+        return report.fail(Msg::fileTargetInvalid, Status::fileLoad, source.shown, given.fileType, given.applId,
                            shownOf(target.targetPath), shownOf(target.targetName));
     }
-    return copyBinaryToTarget(report.pool(), order.devHandle, nullptr, source.path, target.targetPath->c_str(),
-                              target.targetName->c_str(), order.loadOptions(), tracker);
+    return copyBinaryToTarget(report.pool(), given.devHandle, nullptr, source.path, target.targetPath->c_str(),
+                              target.targetName->c_str(), given.loadOptions(), tracker);
 }
 
 /// Registers the file; a target that does not offer the request is asked by the older one.
-std::int32_t askToAddFile(const Reporter& report, const Session& session, const LoadOrder& order,
+std::int32_t askToAddFile(const Reporter& report, const Session& session, const LoadArguments& given,
                           Reply<TApplManAddFileResult>& reply) {
     TApplManAddFileRecord file;
-    file.applId = order.applId;
-    file.fileType = order.fileType;
-    file.sourcePath = order.sourcePathUtf8;
-    file.targetPath = order.targetPathUtf8;
-    file.targetName = order.targetNameUtf8;
-    file.fileFlags = order.fileFlags();
-    file.additionalText = order.additionalInfo == nullptr ? "" : order.additionalInfo;
+    file.applId = given.applId;
+    file.fileType = given.fileType;
+    file.sourcePath = given.sourcePathUtf8;
+    file.targetPath = given.targetPathUtf8;
+    file.targetName = given.targetNameUtf8;
+    file.fileFlags = given.fileFlags();
+    file.additionalText = given.additionalInfo == nullptr ? "" : given.additionalInfo;
     const std::int32_t called =
         APPLMAN_ADD_FILE_2(session.client, report.pool(), {session.accessId, std::move(file)}, reply);
     if (called != KvCRpcClient::kProcedureNotOffered) { return called; }
     return APPLMAN_ADD_FILE(session.client, report.pool(),
-                            {kMode, session.accessId, order.applId, order.fileType, order.sourcePathUtf8,
-                             order.targetPathUtf8, order.targetNameUtf8, order.fileFlags()},
+                            {kMode, session.accessId, given.applId, given.fileType, given.sourcePathUtf8,
+                             given.targetPathUtf8, given.targetNameUtf8, given.fileFlags()},
                             reply);
 }
 
-Status registerAndTransfer(const Reporter& report, const Session& session, const LoadOrder& order,
+Status registerAndTransfer(const Reporter& report, const Session& session, const LoadArguments& given,
                            const Source& source) {
     Reply<TApplManAddFileResult> reply{session.client};
-    if (askToAddFile(report, session, order, reply) != 0) { return report.failRemoteCall(); }
+    if (askToAddFile(report, session, given, reply) != 0) { return report.failRemoteCall(); }
     if (reply->result != 0) {
-        return report.fail(Msg::fileNotRegistered, Status::fileLoad, source.shown, order.fileType, reply->result,
-                           order.applId);
+        return report.fail(Msg::fileNotRegistered, Status::fileLoad, source.shown, given.fileType, reply->result,
+                           given.applId);
     }
-    TApplManProgressTracker tracker = progressOf(order, source);
+    TApplManProgressTracker tracker = progressOf(given, source);
     TApplManProgressTracker* const reporting = tracker.callback == nullptr ? nullptr : &tracker;
-    return order.isDirectory() ? transferDirectory(report, order, source, *reply, reporting)
-                               : transferFile(report, order, source, *reply, reporting);
+    return given.isDirectory() ? transferDirectory(report, given, source, *reply, reporting)
+                               : transferFile(report, given, source, *reply, reporting);
 }
 
-/// What is done about a file type that the target does not support. `collected` holds the messages of the attempt.
-Status fallBack(const Reporter& collected, const LoadOrder& order, const Source& source) {
-    KvCErrorListPool& pool = collected.pool();
-    if (order.fileType == kRetriedType) {
+bool isTypeUnsupported(const KvCErrorListPool& reported, Status status) {
+    return status == Status::fileLoad && hasCode(reported, kTargetUnsupportedFileType);
+}
+
+/// What is done about a file type that the target does not support.
+Status fallBack(const Reporter& report, const LoadArguments& given, const Source& source) {
+    KvCErrorListPool& pool = report.pool();
+    if (given.fileType == kRetriedType) {
         pool.reset();
         return static_cast<Status>(
-            KvApplMan_loadFileUtf8(pool, order.devHandle, order.accessResHandle, order.applId, order.sourcePathUtf8,
-                                   order.targetPathUtf8, order.targetNameUtf8, kSubstituteType, order.fileFlags(),
-                                   order.progressCallback, order.userData, order.additionalInfo));
+            KvApplMan_loadFileUtf8(pool, given.devHandle, given.accessResHandle, given.applId, given.sourcePathUtf8,
+                                   given.targetPathUtf8, given.targetNameUtf8, kSubstituteType, given.fileFlags(),
+                                   given.progressCallback, given.userData, given.additionalInfo));
     }
-    if (order.isDirectory()) {
+    if (given.isDirectory()) {
         pool.reset();
-        collected.add(Msg::directoriesNotSupported, source.shown, order.applId);
+        report.add(Msg::directoriesNotSupported, source.shown, given.applId);
     }
     return Status::fileLoad;
 }
 
-Status loadFile(const Reporter& report, const LoadOrder& order) {
-    if (order.sourcePathUtf8 == nullptr || order.targetPathUtf8 == nullptr || order.targetNameUtf8 == nullptr ||
-        order.applId == 0) {
+/// Once there is a client, the messages are collected and judged before they are handed on.
+Status loadFile(const Reporter& report, const LoadArguments& given) {
+    if (given.sourcePathUtf8 == nullptr || given.targetPathUtf8 == nullptr || given.targetNameUtf8 == nullptr ||
+        given.applId == 0) {
         return report.fail(Msg::invalidArgument, Status::argument);
     }
-    const Source source = sourceOf(order);
-    if (!isPathOfKind(source.path, !order.isDirectory())) {
+    const Source source = sourceOf(given);
+    if (!isPathOfKind(source.path, !given.isDirectory())) {
         return report.fail(Msg::sourceNotFound, Status::fileSource,
-                           order.isDirectory() ? "directory" : "application specific file", source.shown, order.applId,
-                           order.fileType);
+                           given.isDirectory() ? "directory" : "application specific file", source.shown, given.applId,
+                           given.fileType);
     }
-    std::optional<TemporaryList> collected; // once there is a client, every message is judged before it is handed on
-    Status status = runFrame(report, order.devHandle, order.accessResHandle, [&](const Session& session) {
-        if (!collected.emplace()) { return report.fail(Msg::invalidArgument, Status::argument); }
-        const Reporter attempt{collected->pool(), report.operation()};
-        return static_cast<Status>(
-            guarded(attempt, [&] { return registerAndTransfer(attempt, session, order, source); }));
+    const CollectedList collected{report.pool()};
+    if (!collected) { return report.fail(Msg::invalidArgument, Status::argument); }
+    const Reporter collecting{collected.pool(), report.operation()};
+    const Status status = runFrame(report, given.devHandle, given.accessResHandle, [&](const Session& session) {
+        return registerAndTransfer(collecting, session, given, source);
     });
-    if (!collected || !*collected) { return status; }
-    if (status == Status::fileLoad && hasCode(collected->pool(), kTargetUnsupportedFileType)) {
-        status = fallBack(Reporter{collected->pool(), report.operation()}, order, source);
-    }
-    report.pool() += collected->pool();
-    return status;
+    return isTypeUnsupported(collected.pool(), status) ? fallBack(collecting, given, source) : status;
 }
 
 /// Copies a text into a field whose bytes are zeros; the last two stay zeros.
@@ -250,9 +248,9 @@ extern "C" std::int32_t KvApplMan_loadFileUtf8(KvCErrorListPool& pool, void* dev
                                                const char* additionalInfo) noexcept {
     const Reporter report{pool, "KvApplMan_loadFileUtf8"};
     return guarded(report, [&] {
-        return loadFile(report,
-                        LoadOrder{devHandle, accessResHandle, applId, sourcePathUtf8, targetPathUtf8, targetNameUtf8,
-                                  fileType, fileFlagsAndLoadOptions, progressCallback, userData, additionalInfo});
+        return loadFile(report, LoadArguments{devHandle, accessResHandle, applId, sourcePathUtf8, targetPathUtf8,
+                                              targetNameUtf8, fileType, fileFlagsAndLoadOptions, progressCallback,
+                                              userData, additionalInfo});
     });
 }
 

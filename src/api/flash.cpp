@@ -8,7 +8,7 @@
 #include "api/KvApplicationManagerAP.h"
 #include "api/client_level.h"
 #include "frame/calling_frame.h"
-#include "protocol/completion_wait.h"
+#include "protocol/commands.h"
 #include "protocol/information_decode.h"
 #include "protocol/information_items.h"
 #include "protocol/parameter_numbers.h"
@@ -20,16 +20,7 @@ namespace {
 using Client = KV_RPC_PROG_APPLMAN_HOST2Client;
 
 constexpr std::uint32_t kWireRequestMode = 1; // of request mode 0
-constexpr std::uint32_t kCommandWord = 1;
 constexpr ParameterNumbers kWritable = param::kFlashValues;
-
-TApplManFlashRequest flashRequest(std::uint32_t accessId, std::uint64_t flashApplId) {
-    TApplManFlashRequest request;
-    request.accessId = accessId;
-    request.command.command = kCommandWord;
-    request.command.flashApplId = static_cast<std::int64_t>(flashApplId); // the same bits
-    return request;
-}
 
 /// A remainder of less than a value is not sent.
 std::vector<std::int64_t> valuesOf(const void* data, std::uint32_t size) {
@@ -93,23 +84,12 @@ Status KvApplMan_setFlashApplParameter(KvCErrorListPool& pool, Client* client, s
 
 Status KvApplMan_loadFlashAppl(KvCErrorListPool& pool, Client* client, std::uint32_t accessId,
                                std::uint64_t flashApplId) {
-    const Reporter report{pool, "KvApplMan_loadFlashAppl"};
-    if (client == nullptr) { return report.fail(Msg::invalidArgument, Status::argument); }
-    Reply<TApplManResult> reply{*client};
-    const std::int32_t called = APPLMAN_LOAD_FLASH_APPL(*client, pool, flashRequest(accessId, flashApplId), reply);
-    if (called != 0) { return report.failRemoteCall(); }
-    if (reply->result == kRefused) { return report.fail(Msg::cannotLoadFlash, Status::flashLoad); }
-    return waitWhileBusy(pool, client, kApplicationManager, accessId, Status::flashLoad);
+    return carryOut(Reporter{pool, "KvApplMan_loadFlashAppl"}, client, accessId, kLoadFlash, flashApplId);
 }
 
 Status KvApplMan_clearFlashAppl(KvCErrorListPool& pool, Client* client, std::uint32_t accessId,
                                 std::uint64_t flashApplId) {
-    const Reporter report{pool, "KvApplMan_clearFlashAppl"};
-    if (client == nullptr) { return report.fail(Msg::invalidArgument, Status::argument); }
-    Reply<TApplManResult> reply{*client};
-    const std::int32_t called = APPLMAN_CLEAR_FLASH_APPL(*client, pool, flashRequest(accessId, flashApplId), reply);
-    if (called != 0) { return report.failRemoteCall(); }
-    return reply->result == kRefused ? report.fail(Msg::cannotClearFlash, Status::flashClear) : Status::ok;
+    return carryOut(Reporter{pool, "KvApplMan_clearFlashAppl"}, client, accessId, kClearFlash, flashApplId);
 }
 
 } // namespace applman

@@ -68,7 +68,7 @@ void setHostTimeParameters(KvCErrorListPool& pool, void* devHandle, void* access
     const std::int64_t now = host_system::currentTime();
     const std::tm utc = host_system::utcTime(now);
     const std::tm local = host_system::localTime(now);
-    const TemporaryList reported;
+    const CollectedList reported{pool};
     if (!reported) { return; }
 
     const TimeText date = dateText(utc);
@@ -83,7 +83,6 @@ void setHostTimeParameters(KvCErrorListPool& pool, void* devHandle, void* access
         const auto length = static_cast<std::uint32_t>(std::char_traits<char>::length(text.data()) + 1);
         KvHIM_setParam(pool, devHandle, kLocalTimeOfDevice, length, text.data());
     }
-    pool += reported.pool();
 }
 
 } // namespace applman

@@ -22,7 +22,7 @@ Status checkHandles(const Reporter& report, void* device, void* accessRestrictio
 
 Status checkDeviceAndAccessRestrictionHandle(KvCErrorListPool& pool, void* device, void* accessRestriction,
                                              std::uint32_t* accessId) {
-    return checkHandles(Reporter{pool, "checkDeviceAndAccessRestrictionHandle"}, device, accessRestriction, accessId);
+    return checkHandles(Reporter{pool, kHandleCheck}, device, accessRestriction, accessId);
 }
 
 } // namespace applman

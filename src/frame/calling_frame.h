@@ -14,7 +14,8 @@ namespace applman {
 /// wrong is told by the line that reports it.
 Status checkHandles(const Reporter& report, void* device, void* accessRestriction, std::uint32_t* accessId);
 
-/// The same under its own name, as most functions do.
+/// The name under which most functions check them.
+inline constexpr const char* kHandleCheck = "checkDeviceAndAccessRestrictionHandle";
 Status checkDeviceAndAccessRestrictionHandle(KvCErrorListPool& pool, void* device, void* accessRestriction,
                                              std::uint32_t* accessId);
 
@@ -40,15 +41,20 @@ Status withClient(const Reporter& report, void* device, Work work) {
     return worked;
 }
 
-/// The common order: handle check, client, `work`, release.
+/// The common order: handle check, client, `work`, release. The handles are checked under the name of `checking`.
 template <class Work>
-Status runFrame(const Reporter& report, void* device, void* accessRestriction, Work work) {
+Status runFrame(const Reporter& report, const Reporter& checking, void* device, void* accessRestriction, Work work) {
     std::uint32_t accessId = 0;
-    const Status checked = checkDeviceAndAccessRestrictionHandle(report.pool(), device, accessRestriction, &accessId);
+    const Status checked = checkHandles(checking, device, accessRestriction, &accessId);
     if (checked != Status::ok) { return checked; }
     return withClient(report, device, [&](KV_RPC_PROG_APPLMAN_HOST2Client& client) {
         return work(Session{client, accessId});
     });
+}
+
+template <class Work>
+Status runFrame(const Reporter& report, void* device, void* accessRestriction, Work work) {
+    return runFrame(report, Reporter{report.pool(), kHandleCheck}, device, accessRestriction, std::move(work));
 }
 
 /// The boundary of an exported function: nothing thrown gets out, and the thread is not cancelled inside. What was

@@ -1,4 +1,4 @@
-// A temporary error list: messages are collected and judged in it before they reach the caller.
+// Temporary error lists: messages are collected and judged in them before they reach the caller, if ever.
 #pragma once
 
 #include "platform/error_lists.h"
@@ -21,6 +21,20 @@ public:
 
 private:
     KvCErrorListPool* pool_;
+};
+
+/// A temporary list whose messages reach the caller when its scope ends, however it ends.
+class CollectedList : public TemporaryList {
+public:
+    explicit CollectedList(KvCErrorListPool& callers) noexcept : callers_(callers) {}
+    ~CollectedList() {
+        if (*this) { callers_ += pool(); }
+    }
+    CollectedList(const CollectedList&) = delete;
+    CollectedList& operator=(const CollectedList&) = delete;
+
+private:
+    KvCErrorListPool& callers_;
 };
 
 } // namespace applman

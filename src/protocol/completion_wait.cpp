@@ -1,7 +1,5 @@
 #include "protocol/completion_wait.h"
 
-#include <algorithm>
-#include <array>
 #include <limits>
 
 #include "frame/error_codes.h"
@@ -21,31 +19,6 @@ constexpr std::int32_t kFinished = 0;
 constexpr std::int32_t kBusy = 2;
 constexpr std::uint32_t kFirstDelay = 1;    // milliseconds
 constexpr std::uint32_t kLongestDelay = 32; // milliseconds
-
-struct FailureMessage {
-    Status failure;
-    Msg message;
-};
-constexpr std::array kFailureMessages{
-    FailureMessage{Status::initialisation, Msg::cannotInitialize},
-    FailureMessage{Status::load, Msg::cannotLoad},
-    FailureMessage{Status::apply, Msg::cannotApply},
-    FailureMessage{Status::start, Msg::cannotStart},
-    FailureMessage{Status::stop, Msg::cannotStop},
-    FailureMessage{Status::terminate, Msg::cannotTerminate},
-    FailureMessage{Status::unload, Msg::cannotUnload},
-    FailureMessage{Status::flashLoad, Msg::cannotLoadFlash},
-};
-
-void addFailure(const Reporter& report, Status failure) {
-    const auto* const row = std::find_if(kFailureMessages.begin(), kFailureMessages.end(),
-                                         [&](const FailureMessage& candidate) { return candidate.failure == failure; });
-    if (row == kFailureMessages.end()) {
-        report.add(Msg::unknownOperationFailed, failure);
-    } else {
-        report.addChosen(row->message);
-    }
-}
 
 Status readTimeout(KvCErrorListPool& pool, Client* client, std::uint32_t accessId, std::uint32_t applId,
                    std::uint32_t* seconds) {
@@ -83,18 +56,18 @@ public:
         return Status::ok;
     }
 
-    bool finished() const { return state_ == kFinished; }
-
-    /// Reports a command that failed or ran out of time, unless it is dismissed: a target that does not know the process
-    /// any more has unloaded it.
-    Status fail(Status failure) {
+    /// What became of the command, once it is polled. One that failed or ran out of time is reported, unless it was to
+    /// unload a process that the target does not know any more: then it is done.
+    Status outcome(const CommandFailure& failure) const {
+        if (state_ == kFinished) { return Status::ok; }
         if (state_ == kBusy) { report_.add(Msg::waitTimedOut, static_cast<std::int32_t>(timeout_)); }
-        if (failure == Status::unload && hasCode(report_.pool(), kTargetUnknownProcess)) {
+        if (failure.status == Status::unload && hasCode(report_.pool(), kTargetUnknownProcess)) {
             report_.pool().reset();
             return Status::ok;
         }
-        addFailure(report_, failure);
-        return failure;
+        if (!failure.message) { return report_.fail(Msg::unknownOperationFailed, failure.status, failure.status); }
+        report_.addChosen(*failure.message);
+        return failure.status;
     }
 
 private:
@@ -132,22 +105,20 @@ private:
 } // namespace
 
 Status waitWhileBusy(KvCErrorListPool& pool, Client* client, std::uint32_t applId, std::uint32_t accessId,
-                     Status failure) {
+                     const CommandFailure& failure) {
     const Reporter report{pool, "waitWhileBusy"};
     if (client == nullptr) { return report.fail(Msg::waitWithoutClient, Status::argument); }
     std::uint32_t timeout = 0;
     if (const Status read = readTimeout(pool, client, accessId, kApplicationManager, &timeout); read != Status::ok) {
         return report.fail(Msg::commandTimeoutUnknown, read);
     }
-    if (timeout == 0) { return report.fail(Msg::commandTimeoutUnknown, failure); }
-    const TemporaryList collected;
+    if (timeout == 0) { return report.fail(Msg::commandTimeoutUnknown, failure.status); }
+    const CollectedList collected{pool};
     if (!collected) { return report.fail(Msg::invalidArgument, Status::argument); }
 
     Wait wait{*client, applId, accessId, collected.pool(), timeout};
-    Status status = wait.poll();
-    if (status == Status::ok && !wait.finished()) { status = wait.fail(failure); }
-    pool += collected.pool();
-    return status;
+    const Status polled = wait.poll();
+    return polled == Status::ok ? wait.outcome(failure) : polled;
 }
 
 } // namespace applman
