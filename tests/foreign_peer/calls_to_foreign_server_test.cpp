@@ -16,9 +16,7 @@ constexpr std::uint32_t kApplId = 3;
 class CallsToForeignServer : public testing::Test {
 protected:
     void SetUp() override {
-        KV_RPC_PROG_APPLMAN_HOST2Client* client = nullptr;
-        ASSERT_EQ(createRpcClient(pool_, server_.address().c_str(), &client), Status::ok) << server_.address();
-        client_.reset(client);
+        ASSERT_EQ(createRpcClient(pool_, server_.address().c_str(), &client_), Status::ok) << server_.address();
     }
 
     template <class Request, class Result>
