@@ -2,8 +2,8 @@
 
 #include <algorithm>
 #include <array>
-#include <memory>
 #include <new>
+#include <utility>
 
 #include "frame/library.h"
 #include "frame/report.h"
@@ -52,11 +52,10 @@ Status lookUpOrRegister(KvCErrorListPool& pool, void* device, Client** client) {
     const char* const address = KvHIM_getAddressFromHandle(pool, device);
     if (address == nullptr) { return Status::ok; }
 
-    Client* created = nullptr;
+    std::unique_ptr<Client> created;
     if (const Status status = createRpcClient(pool, address, &created); status != Status::ok) { return status; }
-    std::unique_ptr<Client> owned{created};
-    const auto status = static_cast<Status>(KvHIM_registerRPCClient(pool, device, kClientId, created));
-    if (status == Status::ok) { *client = owned.release(); }
+    const auto status = static_cast<Status>(KvHIM_registerRPCClient(pool, device, kClientId, created.get()));
+    if (status == Status::ok) { *client = created.release(); } // the registry's from now on
     return status;
 }
 
@@ -76,15 +75,15 @@ Status getRpcClient(KvCErrorListPool& pool, void* device, Client** client) {
     return status;
 }
 
-Status createRpcClient(KvCErrorListPool& pool, const char* address, Client** client) {
+Status createRpcClient(KvCErrorListPool& pool, const char* address, std::unique_ptr<Client>* client) {
     const Reporter report{pool, "createRpcClient"};
     if (client == nullptr) { return report.fail(Msg::invalidArgument, Status::argument); }
-    *client = nullptr;
+    client->reset();
     std::unique_ptr<Client> created{new (std::nothrow) Client(pool, address)};
     if (!created) { return report.fail(Msg::deviceHandleInvalid, Status::argument); }
     if (!configure(pool, *created)) { return report.fail(Msg::channelNotConfigured, Status::channel); }
     if (created->connect(pool) < 0) { return report.fail(Msg::channelNotEstablished, Status::channel); }
-    *client = created.release();
+    *client = std::move(created);
     return Status::ok;
 }
 

@@ -2,7 +2,7 @@
 // registered there.
 #pragma once
 
-#include <cstdint>
+#include <memory>
 
 #include "frame/status.h"
 #include "platform/error_lists.h"
@@ -20,8 +20,9 @@ public:
 /// that is not 0 is passed through.
 Status getRpcClient(KvCErrorListPool& pool, void* device, KV_RPC_PROG_APPLMAN_HOST2Client** client);
 
-/// A new client, configured and connected. It is the caller's.
-Status createRpcClient(KvCErrorListPool& pool, const char* address, KV_RPC_PROG_APPLMAN_HOST2Client** client);
+/// A new client, configured and connected; none after a failure.
+Status createRpcClient(KvCErrorListPool& pool, const char* address,
+                       std::unique_ptr<KV_RPC_PROG_APPLMAN_HOST2Client>* client);
 
 /// Ends one use of a client, which stays registered and connected for the next call.
 Status releaseRpcClient(KvCErrorListPool& pool, KV_RPC_PROG_APPLMAN_HOST2Client* client) noexcept;

@@ -1,5 +1,6 @@
-// XDR (RFC 4506): a cursor that encodes, decodes or frees, and the primitives that record routines call field by field.
+// XDR (RFC 4506): a cursor that encodes or decodes, and the primitives that record routines call field by field.
 // A primitive returns false when the bytes end, a length cannot be, or a value is not allowed; the cursor then stops.
+// A cursor that frees is for whole records only: it has no bytes, so the primitives return false.
 #pragma once
 
 #include <bit>
@@ -47,7 +48,7 @@ private:
     std::span<const std::uint8_t> source_;
 };
 
-/// A whole record's routine, as the RPC client takes it. It must not throw.
+/// A whole record's routine, as the RPC client takes it: encodes, decodes or frees the record. It must not throw.
 using XdrRoutine = bool (*)(Xdr& xdr, void* record);
 
 inline bool xdr_u_int(Xdr& x, std::uint32_t& value) {
@@ -57,7 +58,6 @@ inline bool xdr_u_int(Xdr& x, std::uint32_t& value) {
         x.put(bytes, 4);
         return true;
     }
-    if (x.freeing()) { return true; }
     const std::uint8_t* const b = x.take(4);
     if (b == nullptr) { return false; }
     value = std::uint32_t{b[0]} << 24 | std::uint32_t{b[1]} << 16 | std::uint32_t{b[2]} << 8 | std::uint32_t{b[3]};
@@ -106,10 +106,6 @@ inline bool xdr_double(Xdr& x, double& value) {
 /// A length and that many bytes, padded with zeros to a multiple of 4; padding of any value is accepted.
 template <class Bytes>
 bool xdr_counted_bytes(Xdr& x, Bytes& value) {
-    if (x.freeing()) {
-        value = Bytes{};
-        return true;
-    }
     if (x.encoding() && value.size() > 0xFFFFFFFFU) { return false; }
     auto length = static_cast<std::uint32_t>(value.size());
     if (!xdr_u_int(x, length)) { return false; }
@@ -131,10 +127,6 @@ inline bool xdr_bytes(Xdr& x, std::vector<std::uint8_t>& value) { return xdr_cou
 
 /// A text that may be absent in the record. Encoded it is the empty text; what was decoded is never absent.
 inline bool xdr_string(Xdr& x, std::optional<std::string>& value) {
-    if (x.freeing()) {
-        value.reset();
-        return true;
-    }
     if (x.encoding() && !value) {
         std::string empty;
         return xdr_string(x, empty);
@@ -147,10 +139,6 @@ inline bool xdr_string(Xdr& x, std::optional<std::string>& value) {
 /// hold.
 template <class Element, class Routine>
 bool xdr_array(Xdr& x, std::vector<Element>& values, Routine element, std::size_t least = 4) {
-    if (x.freeing()) {
-        values = std::vector<Element>{};
-        return true;
-    }
     if (x.encoding() && values.size() > 0xFFFFFFFFU) { return false; }
     auto count = static_cast<std::uint32_t>(values.size());
     if (!xdr_u_int(x, count)) { return false; }
@@ -177,10 +165,6 @@ bool xdr_vector(Xdr& x, Elements& values, Routine element) {
 /// A flag, and the record when it is present.
 template <class Record, class Routine>
 bool xdr_pointer(Xdr& x, std::optional<Record>& value, Routine record) {
-    if (x.freeing()) {
-        value.reset();
-        return true;
-    }
     std::uint32_t present = value ? 1U : 0U;
     if (!xdr_u_int(x, present) || present > 1) { return false; }
     if (present == 0) {

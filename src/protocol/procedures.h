@@ -11,11 +11,14 @@
 
 namespace applman {
 
-/// A record's routine in the form that the RPC client takes; memory that runs out is a failure.
+/// A record's routine in the form that the RPC client takes: freeing it is clearing it; memory that runs out is a failure.
 template <class Record>
 bool recordRoutine(Xdr& x, void* record) noexcept {
+    auto& bound = *static_cast<Record*>(record);
     try {
-        return xdr_record(x, *static_cast<Record*>(record));
+        if (!x.freeing()) { return xdr_record(x, bound); }
+        bound = {};
+        return true;
     } catch (...) { return false; }
 }
 

@@ -29,10 +29,6 @@ bool emplaceArm(TApplManValue& value, std::uint32_t tag, std::index_sequence<I..
 } // namespace
 
 bool xdr_record(Xdr& x, TApplManValue& r) {
-    if (x.freeing()) {
-        r = {};
-        return true;
-    }
     auto tag = static_cast<std::int32_t>(r.index());
     if (!xdr_enum(x, tag)) { return false; }
     constexpr auto kArms = std::make_index_sequence<std::variant_size_v<TApplManValue>>{};

@@ -1,5 +1,5 @@
-// The records of the application-manager RPC program. Each has one routine that encodes, decodes and frees it, field by
-// field in wire order. A record that is {} is a cleared one.
+// The records of the application-manager RPC program. Each has one routine that encodes and decodes it, field by field in
+// wire order. Records own their parts: one that is {} is cleared, and thereby freed.
 #pragma once
 
 #include <array>
