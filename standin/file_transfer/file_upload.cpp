@@ -78,7 +78,7 @@ bool FileUpload::readChunk(std::size_t count) {
 
 bool FileUpload::sendStep(Procedure procedure, std::uint64_t bytes, kvrpc::Bytes record) {
     if (inFlight_.size() == kMostInFlight && !awaitOldest()) { return false; }
-    const kvrpc::Deadline deadline = replyDeadline();
+    const kvrpc::Deadline deadline = session_.channel().deadline();
     std::unique_ptr<kvrpc::Call> call;
     kvrpc::Failure failure;
     if (procedure == kOpen) {
@@ -95,7 +95,9 @@ bool FileUpload::sendStep(Procedure procedure, std::uint64_t bytes, kvrpc::Bytes
 bool FileUpload::awaitOldest() {
     const Step step = std::move(inFlight_.front());
     inFlight_.pop_front();
-    if (const auto failure = connection_->wait(*step.call, replyDeadline())) { return broken(step.procedure, failure); }
+    if (const auto failure = connection_->wait(*step.call, session_.channel().deadline())) {
+        return broken(step.procedure, failure);
+    }
     const Answer answer = readAnswer(step.call->reply());
     if (answer.failure) { return broken(step.procedure, answer.failure); }
     if (answer.result != kDone) {
@@ -132,7 +134,7 @@ bool FileUpload::broken(Procedure procedure, const kvrpc::Failure& failure) {
 /// Makes the target discard what it received. The connection remains in use only when the target says so.
 void FileUpload::abort() {
     kvrpc::Bytes record = encodeCall(kAbort, TransferRequest{transfer_});
-    const kvrpc::Deadline deadline = replyDeadline();
+    const kvrpc::Deadline deadline = session_.channel().deadline();
     kvrpc::Call call{connection_};
     finished_ = !connection_->send(call, record, deadline).failure && !connection_->wait(call, deadline);
 }

@@ -4,7 +4,6 @@
 #include <new>
 #include <utility>
 
-#include "rpc_client/rpc_limits.h"
 #include "rtos/ipv4_endpoint.h"
 
 namespace kvrpc {
@@ -28,7 +27,8 @@ Failure failureOf(ConnectOutcome outcome, int systemError) noexcept {
 
 } // namespace
 
-Channel::Channel(std::string address) : address_(std::move(address)) {
+Channel::Channel(std::string address, const Limits& limits)
+    : address_(std::move(address)), connectTimeout_(limits.connecting), callTimeout_(limits.call) {
     const auto endpoint = parseIpv4Endpoint(address_);
     if (!endpoint) { return; }
     ipAddress_ = endpoint->address;
@@ -57,7 +57,7 @@ Failure Channel::connect(std::shared_ptr<Connection>& connection, Deadline deadl
     }
     connecting_ = true;
     lock.unlock();
-    const Deadline latest = Clock::now() + limits::connecting.load();
+    const Deadline latest = Clock::now() + connectTimeout_;
     Attempt attempt = open(std::min(deadline, latest));
     attempt.hurried = deadline < latest;
     lock.lock();
@@ -92,11 +92,12 @@ Failure Channel::start(std::unique_ptr<Call>& call, std::shared_ptr<Connection>&
     return sent.failure;
 }
 
-Failure Channel::call(std::span<std::uint8_t> record, Deadline deadline, XdrRoutine decode, void* result) {
+Failure Channel::call(std::span<std::uint8_t> record, XdrRoutine decode, void* result) {
+    const Deadline until = deadline();
     std::unique_ptr<Call> call;
     std::shared_ptr<Connection> connection;
-    if (const Failure failure = start(call, connection, record, deadline)) { return failure; }
-    if (const Failure failure = connection->wait(*call, deadline)) { return failure; }
+    if (const Failure failure = start(call, connection, record, until)) { return failure; }
+    if (const Failure failure = connection->wait(*call, until)) { return failure; }
     return readReply(call->reply(), decode, result);
 }
 

@@ -4,8 +4,6 @@
 #include <new>
 #include <utility>
 
-#include "rpc_client/rpc_limits.h"
-
 namespace kvrpc {
 namespace {
 
@@ -40,7 +38,7 @@ private:
 Call::~Call() { connection_->forget(*this); }
 
 Connection::Connection(Socket socket) noexcept
-    : socket_(std::move(socket)), nextXid_(kFirstXid), reader_(limits::largestReply.load()) {}
+    : socket_(std::move(socket)), nextXid_(kFirstXid), reader_(kLargestRecord) {}
 
 bool Connection::usable(Deadline deadline) {
     Lock lock{mutex_};
