@@ -1,3 +1,8 @@
+// Open, the writes and commit go out up to eight ahead of their replies, which are taken in order. All of them go over the
+// connection of the open: only the open may connect anew, since a target forgets a transfer with its connection.
+// A target that refuses a step is told to abort, and the connection stays in use when it says that it did. After every
+// other failure, and when memory runs out anywhere, the destructor drops the connection; that makes the target discard
+// what it received, so that nothing half sent ever gets its final name.
 #include "file_transfer/file_upload.h"
 
 #include <algorithm>

@@ -1,3 +1,7 @@
+// One thread at a time connects, with the lock released; the others wait for its attempt and share its end, good or bad.
+// An attempt that had less time than connecting may take proves nothing when it fails: the next thread tries itself.
+// The lock is never held while a connection is asked for anything, since that takes the connection's own lock.
+// std::bad_alloc comes out before a byte of a request is sent, or while its reply is decoded.
 #include "rpc_client/rpc_channel.h"
 
 #include <algorithm>

@@ -1,3 +1,7 @@
+// One thread accepts, one per connection reads calls and answers them in order. A connection's thread closes its socket and
+// says that it is finished, under the lock, so that whoever drops connections meets no socket that is closed; the accepting
+// thread, or `stop`, joins it later. The lock is never held while a service is called or a thread is joined.
+// What a service throws becomes the answer systemError; a lack of memory for a call or an answer ends that connection.
 #include "rpc_server/rpc_server.h"
 
 #include <algorithm>
