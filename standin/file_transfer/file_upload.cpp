@@ -1,3 +1,8 @@
+// Open, the writes and commit go out up to eight ahead of their replies, which are taken in order. All of them go over the
+// connection of the open: only the open may connect anew, since a target forgets a transfer with its connection.
+// A target that refuses a step is told to abort, and the connection stays in use when it says that it did. After every
+// other failure, and when memory runs out anywhere, the destructor drops the connection; that makes the target discard
+// what it received, so that nothing half sent ever gets its final name.
 #include "file_transfer/file_upload.h"
 
 #include <algorithm>
@@ -78,7 +83,7 @@ bool FileUpload::readChunk(std::size_t count) {
 
 bool FileUpload::sendStep(Procedure procedure, std::uint64_t bytes, kvrpc::Bytes record) {
     if (inFlight_.size() == kMostInFlight && !awaitOldest()) { return false; }
-    const kvrpc::Deadline deadline = replyDeadline();
+    const kvrpc::Deadline deadline = session_.channel().deadline();
     std::unique_ptr<kvrpc::Call> call;
     kvrpc::Failure failure;
     if (procedure == kOpen) {
@@ -95,7 +100,9 @@ bool FileUpload::sendStep(Procedure procedure, std::uint64_t bytes, kvrpc::Bytes
 bool FileUpload::awaitOldest() {
     const Step step = std::move(inFlight_.front());
     inFlight_.pop_front();
-    if (const auto failure = connection_->wait(*step.call, replyDeadline())) { return broken(step.procedure, failure); }
+    if (const auto failure = connection_->wait(*step.call, session_.channel().deadline())) {
+        return broken(step.procedure, failure);
+    }
     const Answer answer = readAnswer(step.call->reply());
     if (answer.failure) { return broken(step.procedure, answer.failure); }
     if (answer.result != kDone) {
@@ -132,7 +139,7 @@ bool FileUpload::broken(Procedure procedure, const kvrpc::Failure& failure) {
 /// Makes the target discard what it received. The connection remains in use only when the target says so.
 void FileUpload::abort() {
     kvrpc::Bytes record = encodeCall(kAbort, TransferRequest{transfer_});
-    const kvrpc::Deadline deadline = replyDeadline();
+    const kvrpc::Deadline deadline = session_.channel().deadline();
     kvrpc::Call call{connection_};
     finished_ = !connection_->send(call, record, deadline).failure && !connection_->wait(call, deadline);
 }

@@ -3,26 +3,27 @@
 #include <memory>
 
 namespace file_transfer {
+namespace {
+
+bool decodeReply(Xdr& xdr, void* reply) { return xdr_record(xdr, *static_cast<Reply*>(reply)); }
+
+} // namespace
 
 Answer readAnswer(kvrpc::ByteSpan record) {
     Reply reply;
-    const kvrpc::Failure failure = kvrpc::readReply(
-        record, [](Xdr& xdr, void* decoded) { return xdr_record(xdr, *static_cast<Reply*>(decoded)); }, &reply);
+    const kvrpc::Failure failure = kvrpc::readReply(record, decodeReply, &reply);
     return {failure, reply.result};
 }
 
 kvrpc::Failure TransferSession::connect() {
     std::shared_ptr<kvrpc::Connection> connection;
-    return channel_.connect(connection, replyDeadline());
+    return channel_.connect(connection, channel_.deadline());
 }
 
 Answer TransferSession::call(kvrpc::Bytes record) {
-    const kvrpc::Deadline deadline = replyDeadline();
-    std::unique_ptr<kvrpc::Call> call;
-    std::shared_ptr<kvrpc::Connection> connection;
-    if (const auto failure = channel_.start(call, connection, record, deadline)) { return {failure}; }
-    if (const auto failure = connection->wait(*call, deadline)) { return {failure}; }
-    return readAnswer(call->reply());
+    Reply reply;
+    const kvrpc::Failure failure = channel_.call(record, decodeReply, &reply);
+    return {failure, reply.result};
 }
 
 } // namespace file_transfer

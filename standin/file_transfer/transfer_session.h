@@ -9,7 +9,6 @@
 #include "file_transfer/file_transfer_protocol.h"
 #include "platform/error_lists.h"
 #include "rpc_client/rpc_channel.h"
-#include "rpc_client/rpc_limits.h"
 
 namespace file_transfer {
 
@@ -30,13 +29,10 @@ struct Answer {
 };
 Answer readAnswer(kvrpc::ByteSpan record);
 
-/// The deadline for the next reply.
-inline kvrpc::Deadline replyDeadline() { return kvrpc::limits::callDeadline(kvrpc::limits::kDefaultCall); }
-
 /// Any number of threads may use it. May throw std::bad_alloc.
 class TransferSession {
 public:
-    explicit TransferSession(std::string address) : channel_(std::move(address)) {}
+    explicit TransferSession(std::string address) : channel_(std::move(address), *kvrpc::limitsOfNewChannels) {}
 
     const std::string& address() const noexcept { return channel_.address(); }
     kvrpc::Channel& channel() noexcept { return channel_; }

@@ -8,6 +8,21 @@
 #include "host_interface/test_hooks.h"
 
 namespace host_interface {
+namespace {
+
+struct GuardedRegistry {
+    std::mutex mutex{};
+    Registry registry{};
+};
+
+/// Never destroyed: the clients of devices that a host has not removed may belong to a library that is unloaded before.
+GuardedRegistry& guardedRegistry() noexcept {
+    alignas(GuardedRegistry) static std::byte storage[sizeof(GuardedRegistry)];
+    static GuardedRegistry* const instance = new (storage) GuardedRegistry;
+    return *instance;
+}
+
+} // namespace
 
 void* newHandle() noexcept {
     // Far from small numbers and from addresses of objects, so that a stray value hardly ever is a handle.
@@ -15,11 +30,7 @@ void* newHandle() noexcept {
     return reinterpret_cast<void*>(static_cast<std::uintptr_t>(last.fetch_add(16) + 16));
 }
 
-Registry& registry() noexcept {
-    alignas(Registry) static std::byte storage[sizeof(Registry)];
-    static Registry* const instance = new (storage) Registry;
-    return *instance;
-}
+LockedRegistry::LockedRegistry() noexcept : all_(guardedRegistry().registry), lock_(guardedRegistry().mutex) {}
 
 HandleTable<Device>::node_type extractDevice(Registry& all, void* device) noexcept {
     std::erase_if(all.accessHandles, [&](const auto& each) { return each.second.device == device; });
@@ -40,21 +51,18 @@ void registerClient(Device& device, std::uint32_t clientId, KvCRpcClient* client
 }
 
 void refuseLevel(std::uint32_t level) {
-    Registry& all = registry();
-    const std::lock_guard lock{all.mutex};
-    all.refusedLevel = level;
+    const LockedRegistry all;
+    all->refusedLevel = level;
 }
 
 void refuseNoLevel() {
-    Registry& all = registry();
-    const std::lock_guard lock{all.mutex};
-    all.refusedLevel.reset();
+    const LockedRegistry all;
+    all->refusedLevel.reset();
 }
 
 std::optional<std::uint32_t> grantedLevel(void* handle, std::uint32_t applId) {
-    Registry& all = registry();
-    const std::lock_guard lock{all.mutex};
-    const AccessHandle* const access = find(all.accessHandles, handle);
+    const LockedRegistry all;
+    const AccessHandle* const access = find(all->accessHandles, handle);
     if (access == nullptr) { return {}; }
     const auto level = access->levels.find(applId);
     return level == access->levels.end() ? std::nullopt : std::optional{level->second};

@@ -37,7 +37,6 @@ struct Filter {
 };
 
 struct Registry {
-    std::mutex mutex{}; // guards all that follows; never held while calling out
     HandleTable<Device> devices{};
     HandleTable<AccessHandle> accessHandles{};
     HandleTable<Filter> filters{};
@@ -45,9 +44,19 @@ struct Registry {
     std::optional<std::uint32_t> refusedLevel{};
 };
 
-/// The one registry. It is never destroyed: the clients of devices that a host has not removed may belong to a library
-/// that is unloaded before.
-Registry& registry() noexcept;
+/// The one registry, which nobody else sees for as long as this lives. Meanwhile no other lock is taken, no client is
+/// called and none is deleted.
+class LockedRegistry {
+public:
+    LockedRegistry() noexcept;
+
+    Registry& operator*() const noexcept { return all_; }
+    Registry* operator->() const noexcept { return &all_; }
+
+private:
+    Registry& all_;
+    const std::lock_guard<std::mutex> lock_;
+};
 
 /// Takes a device and its access-restriction handles out of the registry. What it returns deletes the clients, and is
 /// to be dropped when the registry is not locked. None when there is no such device.

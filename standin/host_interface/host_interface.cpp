@@ -42,12 +42,11 @@ struct Parameter {
 
 /// The one parameter that the handle has; none when it names neither a device nor an access-restriction handle.
 std::optional<Parameter> readableParameter(void* handle) noexcept {
-    Registry& all = registry();
-    const std::lock_guard lock{all.mutex};
-    if (const AccessHandle* const access = find(all.accessHandles, handle)) {
+    const LockedRegistry all;
+    if (const AccessHandle* const access = find(all->accessHandles, handle)) {
         return Parameter{kAccessId, access->accessId};
     }
-    if (const Device* const device = find(all.devices, handle)) {
+    if (const Device* const device = find(all->devices, handle)) {
         return Parameter{kIpv4Address, device->endpoint.address};
     }
     return {};
@@ -59,9 +58,8 @@ bool isText(const void* value, std::uint32_t length) noexcept {
 }
 
 std::optional<std::string> addressOf(void* device) {
-    Registry& all = registry();
-    const std::lock_guard lock{all.mutex};
-    const Device* const found = find(all.devices, device);
+    const LockedRegistry all;
+    const Device* const found = find(all->devices, device);
     return found == nullptr ? std::nullopt : std::optional{found->address};
 }
 
@@ -105,9 +103,8 @@ std::int32_t KvHIM_setParam(KvCErrorListPool& pool, void* device, std::uint32_t 
 }
 
 const char* KvHIM_getAddressFromHandle(KvCErrorListPool& pool, void* device) noexcept {
-    Registry& all = registry();
-    const std::lock_guard lock{all.mutex};
-    const Device* const found = find(all.devices, device);
+    const LockedRegistry all;
+    const Device* const found = find(all->devices, device);
     if (found != nullptr) { return found->address.c_str(); }
     fail(pool, "KvHIM_getAddressFromHandle", kDeviceUnknown);
     return nullptr;
@@ -118,9 +115,8 @@ std::int32_t KvHIM_getRPCClientReference(KvCErrorListPool& pool, void* device, s
     constexpr const char* kOperation = "KvHIM_getRPCClientReference";
     if (client == nullptr) { return fail(pool, kOperation, kInvalidArgument); }
     *client = nullptr;
-    Registry& all = registry();
-    const std::lock_guard lock{all.mutex};
-    const Device* const found = find(all.devices, device);
+    const LockedRegistry all;
+    const Device* const found = find(all->devices, device);
     if (found == nullptr) { return fail(pool, kOperation, kDeviceUnknown); }
     const auto registered = found->clients.find(clientId);
     if (registered != found->clients.end()) { *client = registered->second; }
@@ -132,9 +128,8 @@ std::int32_t KvHIM_registerRPCClient(KvCErrorListPool& pool, void* device, std::
     constexpr const char* kOperation = "KvHIM_registerRPCClient";
     try {
         if (client == nullptr) { return fail(pool, kOperation, kInvalidArgument); }
-        Registry& all = registry();
-        const std::lock_guard lock{all.mutex};
-        Device* const found = find(all.devices, device);
+        const LockedRegistry all;
+        Device* const found = find(all->devices, device);
         if (found == nullptr) { return fail(pool, kOperation, kDeviceUnknown); }
         registerClient(*found, clientId, client);
         return 0;
@@ -146,12 +141,11 @@ std::int32_t KvHIM_createAccessRestrictionHandle(KvCErrorListPool& pool, void* d
     try {
         if (handle == nullptr) { return fail(pool, kOperation, kInvalidArgument); }
         *handle = nullptr;
-        Registry& all = registry();
-        const std::lock_guard lock{all.mutex};
-        if (find(all.devices, device) == nullptr) { return fail(pool, kOperation, kDeviceUnknown); }
+        const LockedRegistry all;
+        if (find(all->devices, device) == nullptr) { return fail(pool, kOperation, kDeviceUnknown); }
         void* const made = newHandle();
-        all.accessHandles.emplace(made, AccessHandle{device, all.lastAccessId + 1, {}});
-        ++all.lastAccessId;
+        all->accessHandles.emplace(made, AccessHandle{device, all->lastAccessId + 1, {}});
+        ++all->lastAccessId;
         *handle = made;
         return 0;
     } catch (...) { return outOfMemory(pool, kOperation, "access-restriction handle"); }
@@ -161,11 +155,10 @@ std::int32_t KvHIM_requestAccessRestrictionLevel(KvCErrorListPool& pool, void* h
                                                  std::uint32_t level) noexcept {
     constexpr const char* kOperation = "KvHIM_requestAccessRestrictionLevel";
     try {
-        Registry& all = registry();
-        const std::lock_guard lock{all.mutex};
-        AccessHandle* const access = find(all.accessHandles, handle);
+        const LockedRegistry all;
+        AccessHandle* const access = find(all->accessHandles, handle);
         if (access == nullptr) { return fail(pool, kOperation, kAccessHandleUnknown); }
-        if (all.refusedLevel == level) {
+        if (all->refusedLevel == level) {
             pool.setError(kLevelRefused, __LINE__, kOperation, "%x%x", level, applId);
             return kFailed;
         }
@@ -175,9 +168,8 @@ std::int32_t KvHIM_requestAccessRestrictionLevel(KvCErrorListPool& pool, void* h
 }
 
 std::int32_t KvHIM_deleteAccessRestrictionHandle(KvCErrorListPool& pool, void* handle) noexcept {
-    Registry& all = registry();
-    const std::lock_guard lock{all.mutex};
-    if (all.accessHandles.erase(handle) != 0) { return 0; }
+    const LockedRegistry all;
+    if (all->accessHandles.erase(handle) != 0) { return 0; }
     return fail(pool, "KvHIM_deleteAccessRestrictionHandle", kAccessHandleUnknown);
 }
 
@@ -190,10 +182,9 @@ std::int32_t KvHIM_createFilter(KvCErrorListPool& pool, void** filter, std::uint
             pool.setError(kFilterKindUnknown, __LINE__, kOperation, "%u", kind);
             return kFailed;
         }
-        Registry& all = registry();
-        const std::lock_guard lock{all.mutex};
+        const LockedRegistry all;
         void* const made = newHandle();
-        all.filters.emplace(made, Filter{});
+        all->filters.emplace(made, Filter{});
         *filter = made;
         return 0;
     } catch (...) { return outOfMemory(pool, kOperation, "filter"); }
@@ -203,9 +194,8 @@ std::int32_t KvHIM_setFilterParameter(KvCErrorListPool& pool, void* filter, std:
                                       const void* value) noexcept {
     constexpr const char* kOperation = "KvHIM_setFilterParameter";
     if (value == nullptr) { return fail(pool, kOperation, kInvalidArgument); }
-    Registry& all = registry();
-    const std::lock_guard lock{all.mutex};
-    Filter* const found = find(all.filters, filter);
+    const LockedRegistry all;
+    Filter* const found = find(all->filters, filter);
     if (found == nullptr) { return fail(pool, kOperation, kFilterUnknown); }
     if (id != kFilterAddress && id != kFilterCriteria && id != kFilterOption) {
         return unknownParameter(pool, kOperation, id);
@@ -224,9 +214,8 @@ std::int32_t KvHIM_setFilterParameter(KvCErrorListPool& pool, void* filter, std:
 
 std::int32_t KvHIM_applyFilter(KvCErrorListPool& pool, void* filter) noexcept {
     constexpr const char* kOperation = "KvHIM_applyFilter";
-    Registry& all = registry();
-    const std::lock_guard lock{all.mutex};
-    Filter* const found = find(all.filters, filter);
+    const LockedRegistry all;
+    Filter* const found = find(all->filters, filter);
     if (found == nullptr) { return fail(pool, kOperation, kFilterUnknown); }
     if (!found->address) { return fail(pool, kOperation, kFilterIncomplete); }
     found->applied = true;
@@ -237,13 +226,12 @@ std::int32_t KvHIM_getDeviceList(KvCErrorListPool& pool, void* filter, KvHIMSDev
                                  std::uint32_t* count) noexcept {
     constexpr const char* kOperation = "KvHIM_getDeviceList";
     if (count == nullptr || (devices == nullptr && *count != 0)) { return fail(pool, kOperation, kInvalidArgument); }
-    Registry& all = registry();
-    const std::lock_guard lock{all.mutex};
-    const Filter* const selection = find(all.filters, filter);
+    const LockedRegistry all;
+    const Filter* const selection = find(all->filters, filter);
     if (selection == nullptr) { return fail(pool, kOperation, kFilterUnknown); }
     if (!selection->applied) { return fail(pool, kOperation, kFilterNotApplied); }
     std::uint32_t selected = 0;
-    for (const auto& [handle, device] : all.devices) {
+    for (const auto& [handle, device] : all->devices) {
         if (device.endpoint.address != selection->address) { continue; }
         if (selected < *count) { describe(device, devices[selected]); }
         ++selected;
@@ -253,7 +241,6 @@ std::int32_t KvHIM_getDeviceList(KvCErrorListPool& pool, void* filter, KvHIMSDev
 }
 
 std::int32_t KvHIM_deleteFilter(KvCErrorListPool& pool, void* filter) noexcept {
-    Registry& all = registry();
-    const std::lock_guard lock{all.mutex};
-    return all.filters.erase(filter) != 0 ? 0 : fail(pool, "KvHIM_deleteFilter", kFilterUnknown);
+    const LockedRegistry all;
+    return all->filters.erase(filter) != 0 ? 0 : fail(pool, "KvHIM_deleteFilter", kFilterUnknown);
 }

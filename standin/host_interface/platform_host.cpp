@@ -19,10 +19,9 @@ std::int32_t KvPlatform_addDevice(KvCErrorListPool& pool, const char* address, s
             pool.setError(kAddressMalformed, __LINE__, kOperation, "%s", address);
             return kFailed;
         }
-        Registry& all = registry();
-        const std::lock_guard lock{all.mutex};
+        const LockedRegistry all;
         void* const made = newHandle();
-        all.devices.emplace(made, Device{address, *endpoint, cnSerialNumber, {}, {}});
+        all->devices.emplace(made, Device{address, *endpoint, cnSerialNumber, {}, {}});
         *device = made;
         return 0;
     } catch (...) { return outOfMemory(pool, kOperation, "device"); }
@@ -30,11 +29,7 @@ std::int32_t KvPlatform_addDevice(KvCErrorListPool& pool, const char* address, s
 
 std::int32_t KvPlatform_removeDevice(KvCErrorListPool& pool, void* device) noexcept {
     const host_system::CancellationOff cancellationOff; // closing a connection is a cancellation point
-    HandleTable<Device>::node_type removed;             // its clients are deleted when the registry is no longer locked
-    {
-        Registry& all = registry();
-        const std::lock_guard lock{all.mutex};
-        removed = extractDevice(all, device);
-    }
+    // The clients are deleted when the registry is no longer locked.
+    const HandleTable<Device>::node_type removed = extractDevice(*LockedRegistry{}, device);
     return removed ? 0 : fail(pool, "KvPlatform_removeDevice", kDeviceUnknown);
 }

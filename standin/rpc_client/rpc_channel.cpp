@@ -1,10 +1,13 @@
+// One thread at a time connects, with the lock released; the others wait for its attempt and share its end, good or bad.
+// An attempt that had less time than connecting may take proves nothing when it fails: the next thread tries itself.
+// The lock is never held while a connection is asked for anything, since that takes the connection's own lock.
+// std::bad_alloc comes out before a byte of a request is sent, or while its reply is decoded.
 #include "rpc_client/rpc_channel.h"
 
 #include <algorithm>
 #include <new>
 #include <utility>
 
-#include "rpc_client/rpc_limits.h"
 #include "rtos/ipv4_endpoint.h"
 
 namespace kvrpc {
@@ -28,7 +31,8 @@ Failure failureOf(ConnectOutcome outcome, int systemError) noexcept {
 
 } // namespace
 
-Channel::Channel(std::string address) : address_(std::move(address)) {
+Channel::Channel(std::string address, const Limits& limits)
+    : address_(std::move(address)), connectTimeout_(limits.connecting), callTimeout_(limits.call) {
     const auto endpoint = parseIpv4Endpoint(address_);
     if (!endpoint) { return; }
     ipAddress_ = endpoint->address;
@@ -57,7 +61,7 @@ Failure Channel::connect(std::shared_ptr<Connection>& connection, Deadline deadl
     }
     connecting_ = true;
     lock.unlock();
-    const Deadline latest = Clock::now() + limits::connecting.load();
+    const Deadline latest = Clock::now() + connectTimeout_;
     Attempt attempt = open(std::min(deadline, latest));
     attempt.hurried = deadline < latest;
     lock.lock();
@@ -92,11 +96,12 @@ Failure Channel::start(std::unique_ptr<Call>& call, std::shared_ptr<Connection>&
     return sent.failure;
 }
 
-Failure Channel::call(std::span<std::uint8_t> record, Deadline deadline, XdrRoutine decode, void* result) {
+Failure Channel::call(std::span<std::uint8_t> record, XdrRoutine decode, void* result) {
+    const Deadline until = deadline();
     std::unique_ptr<Call> call;
     std::shared_ptr<Connection> connection;
-    if (const Failure failure = start(call, connection, record, deadline)) { return failure; }
-    if (const Failure failure = connection->wait(*call, deadline)) { return failure; }
+    if (const Failure failure = start(call, connection, record, until)) { return failure; }
+    if (const Failure failure = connection->wait(*call, until)) { return failure; }
     return readReply(call->reply(), decode, result);
 }
 

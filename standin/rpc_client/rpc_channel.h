@@ -1,6 +1,7 @@
 // The way to one RPC program's address: connects when it has to, and again after a connection was lost.
 #pragma once
 
+#include <atomic>
 #include <condition_variable>
 #include <cstdint>
 #include <memory>
@@ -9,6 +10,7 @@
 
 #include "platform/xdr.h"
 #include "rpc_client/rpc_connection.h"
+#include "rpc_client/rpc_limits.h"
 
 namespace kvrpc {
 
@@ -16,7 +18,7 @@ namespace kvrpc {
 class Channel {
 public:
     /// `address` is "a.b.c.d:port"; with any other text nothing connects.
-    explicit Channel(std::string address);
+    Channel(std::string address, const Limits& limits);
     Channel(const Channel&) = delete;
     Channel& operator=(const Channel&) = delete;
 
@@ -24,6 +26,11 @@ public:
 
     /// As it lies in memory in network order; all bits set when there is none.
     std::uint32_t ipAddress() const noexcept { return ipAddress_; }
+
+    void setCallTimeout(Clock::duration timeout) noexcept { callTimeout_ = timeout; }
+
+    /// Of a call that begins now.
+    Deadline deadline() const noexcept { return Clock::now() + callTimeout_.load(); }
 
     /// The connection, made anew when there is none that can be used.
     Failure connect(std::shared_ptr<Connection>& connection, Deadline deadline);
@@ -33,7 +40,7 @@ public:
                   Deadline deadline);
 
     /// Sends a sealed record and waits until its reply is decoded.
-    Failure call(std::span<std::uint8_t> record, Deadline deadline, XdrRoutine decode, void* result);
+    Failure call(std::span<std::uint8_t> record, XdrRoutine decode, void* result);
 
 private:
     struct Attempt {
@@ -46,6 +53,8 @@ private:
     const std::string address_;
     std::uint32_t ipAddress_ = 0xFFFFFFFFU;
     std::uint16_t port_ = 0;
+    const Clock::duration connectTimeout_;
+    std::atomic<Clock::duration> callTimeout_;
     std::mutex mutex_{}; // guards what follows
     std::condition_variable attempted_{};
     bool connecting_ = false;

@@ -9,7 +9,6 @@
 
 #include "error_lists/platform_messages.h"
 #include "rpc_client/rpc_channel.h"
-#include "rpc_client/rpc_limits.h"
 
 using namespace kvrpc;
 
@@ -73,15 +72,13 @@ std::int32_t unusable(KvCErrorListPool& pool, const char* operation) noexcept {
 } // namespace
 
 struct KvCRpcClient::State {
-    explicit State(std::string address) : channel(std::move(address)) {}
+    explicit State(std::string address) : channel(std::move(address), *limitsOfNewChannels) {}
 
     bool set(std::uint32_t id, std::uint32_t value) noexcept;
     Failure call(std::uint32_t procedure, XdrRoutine encode, void* request, XdrRoutine decode, void* reply);
-    Deadline deadline() const noexcept { return limits::callDeadline(timeout.load()); }
 
     Channel channel;
     std::atomic<std::uint32_t> version{2};
-    std::atomic<std::chrono::microseconds> timeout{limits::kDefaultCall};
 };
 
 bool KvCRpcClient::State::set(std::uint32_t id, std::uint32_t value) noexcept {
@@ -89,7 +86,7 @@ bool KvCRpcClient::State::set(std::uint32_t id, std::uint32_t value) noexcept {
     if (id == kAuthentication) { return value == kNoAuthentication; }
     if (value == 0) { return false; }
     if (id == kVersion) { version = value; }
-    if (id == kCallTimeout) { timeout = std::chrono::microseconds{value}; }
+    if (id == kCallTimeout) { channel.setCallTimeout(std::chrono::microseconds{value}); }
     return id == kVersion || id == kCallTimeout;
 }
 
@@ -98,7 +95,7 @@ Failure KvCRpcClient::State::call(std::uint32_t procedure, XdrRoutine encode, vo
     Bytes record = beginCall(kApplicationManagerProgram, version, procedure);
     Xdr xdr = Xdr::encoder(record);
     if (!encode(xdr, request) || !seal(record)) { return {Failure::Kind::notEncoded}; }
-    return channel.call(record, deadline(), decode, reply);
+    return channel.call(record, decode, reply);
 }
 
 KvCRpcClient::KvCRpcClient(KvCErrorListPool& pool, const char* address) noexcept : state_(nullptr) {
@@ -124,7 +121,7 @@ std::int32_t KvCRpcClient::connect(KvCErrorListPool& pool) noexcept {
     Failure failure{Failure::Kind::unusable};
     try {
         std::shared_ptr<Connection> connection;
-        failure = state_->channel.connect(connection, state_->deadline());
+        failure = state_->channel.connect(connection, state_->channel.deadline());
     } catch (...) {} // no memory: as unusable as it was
     report(pool, kOperation, state_->channel.address(), 0, failure);
     return resultOf(failure);

@@ -1,10 +1,20 @@
+// Leader and followers. Of the calls that wait for a reply one, the leader, reads the socket; the others, the followers,
+// sleep until they are woken.
+// - Whoever finds that nobody reads is the leader: in `wait` until its own reply has come, in `send` only while the socket
+//   takes nothing (the peer may take nothing itself before its replies are taken), in `usable` for what has arrived.
+// - The leader reads one record with the lock released, then gives it, under the lock, to the call of its xid and wakes
+//   that one. A record that nobody waits for any more is dropped.
+// - Whoever stops reading appoints: it wakes one follower, which finds that nobody reads. Each of the three ways above ends
+//   with `appointReader`; without it the followers would sleep until their deadlines.
+// - The reader belongs to whoever set `reading_`, the sending half of the socket to whoever set `writing_`; the lock guards
+//   all the rest. It is never held while the socket is waited for, and no other lock is taken under it.
+// - The first failure stays, and wakes everybody. std::bad_alloc comes out of `send` only, before a byte is sent; a reply
+//   for which there is no memory breaks the connection, since the stream has then lost its place.
 #include "rpc_client/rpc_connection.h"
 
 #include <algorithm>
 #include <new>
 #include <utility>
-
-#include "rpc_client/rpc_limits.h"
 
 namespace kvrpc {
 namespace {
@@ -40,7 +50,7 @@ private:
 Call::~Call() { connection_->forget(*this); }
 
 Connection::Connection(Socket socket) noexcept
-    : socket_(std::move(socket)), nextXid_(kFirstXid), reader_(limits::largestReply.load()) {}
+    : socket_(std::move(socket)), nextXid_(kFirstXid), reader_(kLargestRecord) {}
 
 bool Connection::usable(Deadline deadline) {
     Lock lock{mutex_};

@@ -1,26 +1,22 @@
-// Limits of connections. Tests shorten them; nothing else changes them.
+// How long a channel lets things take: a value that it is given when it is made.
 #pragma once
 
 #include <atomic>
 #include <chrono>
-#include <cstddef>
 
-#include "rpc_wire/record_reader.h"
+#include "rpc_wire/socket.h"
 
-namespace kvrpc::limits {
+namespace kvrpc {
 
-using Milliseconds = std::chrono::milliseconds;
+struct Limits {
+    Clock::duration connecting = std::chrono::seconds{5};
+    Clock::duration call =
+        std::chrono::seconds{15}; // connecting anew, sending and waiting, unless it is told otherwise
+};
 
-inline std::atomic<Milliseconds> connecting{Milliseconds{5000}};
-inline std::atomic<Milliseconds> callOverride{Milliseconds{0}};     // in place of every call timeout, unless 0
-inline constexpr Milliseconds kDefaultCall{15000};                  // of clients that were given none
-inline std::atomic<Milliseconds> serverRecord{Milliseconds{30000}}; // from a call's first byte to its last
-inline std::atomic<std::size_t> largestReply{kLargestRecord};       // bytes
+inline constexpr Limits kUsualLimits{};
 
-/// The deadline of a call that begins now.
-inline Deadline callDeadline(Clock::duration timeout) {
-    const Milliseconds shortened = callOverride.load();
-    return Clock::now() + (shortened.count() > 0 ? shortened : timeout);
-}
+/// What channels are given that are made from now on. Tests shorten it; nothing else changes it.
+inline constinit std::atomic<const Limits*> limitsOfNewChannels{&kUsualLimits};
 
-} // namespace kvrpc::limits
+} // namespace kvrpc

@@ -1,3 +1,7 @@
+// One thread accepts, one per connection reads calls and answers them in order. A connection's thread closes its socket and
+// says that it is finished, under the lock, so that whoever drops connections meets no socket that is closed; the accepting
+// thread, or `stop`, joins it later. The lock is never held while a service is called or a thread is joined.
+// What a service throws becomes the answer systemError; a lack of memory for a call or an answer ends that connection.
 #include "rpc_server/rpc_server.h"
 
 #include <algorithm>
@@ -11,7 +15,6 @@
 #include <utility>
 
 #include "platform/xdr.h"
-#include "rpc_client/rpc_limits.h"
 #include "rpc_wire/record_reader.h"
 #include "rpc_wire/socket.h"
 
@@ -23,10 +26,12 @@ constexpr Deadline::duration kSlice = std::chrono::milliseconds{250};
 constexpr Deadline::duration kExhaustionPause = std::chrono::milliseconds{50};
 
 struct ServedConnection {
-    ServedConnection(Socket accepted, std::uint64_t number) : socket(std::move(accepted)), id(number) {}
+    ServedConnection(Socket accepted, std::uint64_t number, Clock::duration longest)
+        : socket(std::move(accepted)), id(number), recordTime(longest) {}
 
     Socket socket;
     const std::uint64_t id;
+    const Clock::duration recordTime;
     std::atomic<bool> dropped{false};
     std::atomic<bool> finished{false};
     std::thread thread{};
@@ -42,14 +47,14 @@ std::optional<Bytes> readCall(const ServedConnection& connection, RecordReader& 
         if (outcome == RecordReader::Outcome::record) { return record; }
         if (outcome != RecordReader::Outcome::timedOut) { break; }
         if (!reader.midRecord()) { continue; }
-        if (!whole) { whole = slice - kSlice + limits::serverRecord.load(); }
+        if (!whole) { whole = slice - kSlice + connection.recordTime; }
         if (Clock::now() >= *whole) { break; }
     }
     return {};
 }
 
 bool writeReply(const ServedConnection& connection, ByteSpan record) {
-    const Deadline deadline = Clock::now() + limits::serverRecord.load();
+    const Deadline deadline = Clock::now() + connection.recordTime;
     while (!record.empty() && !connection.dropped && Clock::now() < deadline) {
         const IoResult sent = connection.socket.send(record);
         if (sent.io == Io::failed) { return false; }
@@ -126,7 +131,7 @@ void serve(RpcService& service, const ServedConnection& connection) noexcept {
 } // namespace
 
 struct RpcServer::State {
-    explicit State(RpcService& served) : service(served) {}
+    State(RpcService& served, Clock::duration longest) : service(served), recordTime(longest) {}
 
     void accept() noexcept;
     void admit(Socket socket);
@@ -135,6 +140,7 @@ struct RpcServer::State {
     void dropAll() noexcept;
 
     RpcService& service;
+    const Clock::duration recordTime;
     Socket listener{};
     std::thread acceptor{};
     std::atomic<std::uint64_t> accepted{0};
@@ -167,7 +173,7 @@ void RpcServer::State::accept() noexcept {
 void RpcServer::State::admit(Socket socket) {
     const std::lock_guard lock{mutex};
     if (stopping) { return; }
-    ServedConnection& connection = connections.emplace_back(std::move(socket), ++accepted);
+    ServedConnection& connection = connections.emplace_back(std::move(socket), ++accepted, recordTime);
     try {
         connection.thread = std::thread{[this, &connection] {
             serve(service, connection);
@@ -209,7 +215,8 @@ void RpcServer::State::dropAll() noexcept {
     }
 }
 
-RpcServer::RpcServer(RpcService& service) : state_(std::make_unique<State>(service)) {}
+RpcServer::RpcServer(RpcService& service, Clock::duration recordTime)
+    : state_(std::make_unique<State>(service, recordTime)) {}
 
 RpcServer::~RpcServer() { stop(); }
 

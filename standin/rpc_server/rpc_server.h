@@ -1,6 +1,7 @@
 // The server half of ONC RPC over TCP (RFC 5531, record marking): accepts connections and hands each call to a service.
 #pragma once
 
+#include <chrono>
 #include <cstdint>
 #include <functional>
 #include <memory>
@@ -9,6 +10,7 @@
 #include <vector>
 
 #include "rpc_wire/rpc_message.h"
+#include "rpc_wire/socket.h"
 
 namespace kvrpc {
 
@@ -52,8 +54,9 @@ public:
 
 class RpcServer {
 public:
-    /// The service must outlive the server.
-    explicit RpcServer(RpcService& service);
+    /// The service must outlive the server. A connection is closed over a record that takes longer than `recordTime`
+    /// from its first byte to its last, in either direction.
+    explicit RpcServer(RpcService& service, Clock::duration recordTime = std::chrono::seconds{30});
     ~RpcServer(); // stops
     RpcServer(const RpcServer&) = delete;
     RpcServer& operator=(const RpcServer&) = delete;

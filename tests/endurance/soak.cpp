@@ -12,9 +12,9 @@
 #include <gtest/gtest.h>
 
 #include "faults/calls.h"
-#include "rpc_client/rpc_limits.h"
 #include "support/one_target.h"
 #include "support/open_handles.h"
+#include "support/shortened_limits.h"
 
 namespace {
 
@@ -119,7 +119,6 @@ std::chrono::seconds soakTime() {
 }
 
 TEST(Soak, EveryAnswerIsItsCallersOwn) {
-    kvrpc::limits::callOverride = kCallTimeout;
     TemporaryFolder folder;
     const std::string file = (folder.path() / "appl.bin").string();
     std::ofstream{file, std::ios::binary} << std::string(100'000, 'a');
@@ -134,6 +133,8 @@ TEST(Soak, EveryAnswerIsItsCallersOwn) {
         worker->workWell();
     }
     const std::size_t handles = openHandles();
+    const auto shortened = [&](std::uint32_t i) { return ShortenedLimits{kCallTimeout, devices[i].device}; };
+    const std::array<ShortenedLimits, kDevices> limits{shortened(0), shortened(1), shortened(2), shortened(3)};
 
     std::atomic<bool> over{false};
     std::vector<std::future<void>> threads;

@@ -7,8 +7,8 @@
 #include <thread>
 
 #include "faults/every_function.h"
-#include "rpc_client/rpc_limits.h"
 #include "support/open_handles.h"
+#include "support/shortened_limits.h"
 
 using namespace applman;
 
@@ -297,11 +297,12 @@ protected:
         const bool silent = fault.looks == Looks::silent && meansOf(row, fault.fault) != Means::nothing;
         const std::uint64_t faultyCalls = t.target.faultyCalls();
         t.target.addFault(simulated_target::parseFault(rule));
-        if (silent) { kvrpc::limits::callOverride = shortCall; }
+        std::optional<ShortenedLimits> shortened;
+        if (silent) { shortened.emplace(shortCall, t.device); }
         const auto start = std::chrono::steady_clock::now();
         got = run(row);
         const auto time = std::chrono::steady_clock::now() - start;
-        kvrpc::limits::callOverride = std::chrono::milliseconds{0};
+        shortened.reset();
         t.target.clearFaults();
         const int timeouts = !silent ? 0 : got.status == -110 ? 2 : 1; // a registration goes on
         const auto bound = timeouts * shortCall + (t.target.requests().size() + kTransferRequests) * kAllowance;

@@ -39,7 +39,7 @@ TEST_F(HostProcess, SignalsNeitherEndACallNorProlongItsTimeout) {
         getCores(call);
         EXPECT_TRUE(answers());
     }
-    const ShortenedLimits shortened;
+    const ShortenedLimits shortened{50ms, t.device};
     std::chrono::steady_clock::duration time = 1h;
     int interruptions = 0;
     for (int i = 0; i < 4 && (time > 150ms || interruptions <= 20); ++i) { // since the machine may be busy
@@ -98,8 +98,8 @@ TEST_F(HostProcess, DescriptorsAreNotInheritedAndMayHaveNumbersAbove1023) {
 }
 
 TEST_F(HostProcess, AThreadThatIsCancelledInACallEndsItFirst) {
-    const ShortenedLimits shortened;
     EXPECT_EQ(getApplications(call), 0);
+    const ShortenedLimits shortened{50ms, t.device};
     silence();
     std::int32_t status = 1;
     bool wentOn = false;

@@ -22,12 +22,18 @@ using namespace platform_messages;
 using namespace scripted_peer;
 using Codes = std::vector<std::uint32_t>;
 
+constexpr std::chrono::milliseconds kShort{50};
+constexpr std::chrono::seconds kUsual{15};
+
 bool xdrText(Xdr& xdr, void* value) { return xdr_string(xdr, *static_cast<std::string*>(value)); }
 
 /// A client, and calls that a good peer answers with their own argument.
 struct Client {
     explicit Client(const std::string& address) : client(pool, address.c_str()) {}
 
+    void setCallTimeout(std::chrono::microseconds time) {
+        EXPECT_EQ(client.setParameter(Pool{}, 6, static_cast<std::uint32_t>(time.count())), 0);
+    }
     bool echoes(const std::string& text = "text") { return echoes(pool, text); }
     bool echoes(KvCErrorListPool& own, std::string text) {
         std::string received;
@@ -149,14 +155,14 @@ TEST(RpcClient, WhenTheReaderGivesUpAnotherCallGoesOnReading) {
         wire.awaitEnd();
     }}};
     Client shared{peer.address()};
-    EXPECT_EQ(shared.client.setParameter(shared.pool, 6, 50'000), 0);
+    shared.setCallTimeout(kShort);
     std::thread first{[&] {
         EXPECT_FALSE(shared.echoes());
         firstGaveUp.count_down();
     }};
     firstArrived.wait();
-    Pool pool;
-    EXPECT_EQ(shared.client.setParameter(pool, 6, 15'000'000), 0);
+    shared.setCallTimeout(kUsual);
+    const Pool pool;
     EXPECT_TRUE(shared.echoes(pool, "second"));
     first.join();
 }
@@ -165,10 +171,9 @@ TEST(RpcClient, APeerThatStopsReadingCostsTheCallTimeoutAndTheConnection) {
     std::latch gaveUp{1};
     ScriptedPeer peer{{[&](const Wire&) { gaveUp.wait(); }, echoAll}};
     Client client{peer.address()};
-    {
-        const ShortenedLimits shortened;
-        EXPECT_FALSE(client.echoes(std::string(16 << 20, 'x')));
-    }
+    client.setCallTimeout(kShort);
+    EXPECT_FALSE(client.echoes(std::string(16 << 20, 'x')));
+    client.setCallTimeout(kUsual);
     gaveUp.count_down();
     EXPECT_EQ(client.pool.codes(), Codes{kRpcCallTimedOut});
     EXPECT_TRUE(client.echoes());
@@ -184,10 +189,9 @@ TEST(RpcClient, APeerThatTakesNothingBeforeItsLateReplyIsTakenIsServed) {
         wire.awaitEnd();
     }}};
     Client client{peer.address()};
-    {
-        const ShortenedLimits shortened;
-        EXPECT_FALSE(client.echoes());
-    }
+    client.setCallTimeout(kShort);
+    EXPECT_FALSE(client.echoes());
+    client.setCallTimeout(kUsual);
     EXPECT_TRUE(client.echoes(std::string(kMuch, 'x')));
 }
 
@@ -214,9 +218,12 @@ TEST(RpcClient, AnAddressThatIsSilentCostsTheConnectTimeout) {
     ASSERT_EQ(::getsockname(listener, reinterpret_cast<sockaddr*>(&local), &length), 0);
     const std::string silent = "127.0.0.1:" + std::to_string(ntohs(local.sin_port));
     const Wire filler{silent}; // the backlog is full now, so that nobody answers the next
-    const ShortenedLimits shortened;
+    const ShortenedLimits shortened{kShort};
     Client client{silent};
+    client.setCallTimeout(kUsual);
+    const auto start = std::chrono::steady_clock::now();
     EXPECT_LT(client.client.connect(client.pool), 0);
+    EXPECT_LT(std::chrono::steady_clock::now() - start, kUsual / 2);
     EXPECT_EQ(client.pool.codes(), Codes{kRpcConnectTimedOut});
     ::close(listener);
 }
@@ -229,13 +236,18 @@ TEST(RpcClient, AReplyThatNeverComesCostsTheMemoryOfWhatArrives) {
     Client client{peer.address()};
     rusage before{}, after{};
     getrusage(RUSAGE_SELF, &before);
-    const ShortenedLimits shortened;
+    client.setCallTimeout(kShort);
     EXPECT_FALSE(client.echoes());
     getrusage(RUSAGE_SELF, &after);
     EXPECT_EQ(client.pool.codes(), Codes{kRpcCallTimedOut});
     EXPECT_LT(after.ru_maxrss - before.ru_maxrss, 4096) << "KiB";
 }
 #endif
+
+struct AgreeableService : kvrpc::RpcService {
+    kvrpc::RpcReply handle(const kvrpc::RpcCall&) override { return {}; }
+    void connectionClosed(std::uint64_t) noexcept override {}
+};
 
 TEST(RpcServer, AnswersEveryCallAndClosesTheConnectionOfWhatIsNone) {
     const Bytes call = words({8, 0, 2, 0x20004B56, 2, 0});
@@ -256,12 +268,13 @@ TEST(RpcServer, AnswersEveryCallAndClosesTheConnectionOfWhatIsNone) {
         {"a record over the limit", words({0xFFFFFFFF}), {}},
         {"half a mark, and no more", {0x80, 0}, {}},
     };
-    const TargetDevice target;
-    const ShortenedLimits shortened;
-    const Wire idle{target.address};
+    AgreeableService service;
+    kvrpc::RpcServer server{service, kShort};
+    const std::string address = server.start("127.0.0.1", 0);
+    const Wire idle{address};
     for (const auto& row : rows) {
         SCOPED_TRACE(row.name);
-        const Wire wire{target.address};
+        const Wire wire{address};
         wire.send(row.sent);
         EXPECT_EQ(wire.receiveRecord(), row.reply);
     }
