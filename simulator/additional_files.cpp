@@ -13,11 +13,6 @@ constexpr std::uint32_t kDirectoryType = 512;
 constexpr std::uint32_t kHighestFileType = 16; // besides directories
 constexpr std::size_t kMostFiles = 1024;       // of a process
 
-bool isKnownType(std::uint32_t fileType, const std::set<std::uint32_t>& lackedTypes) {
-    const bool known = fileType == kDirectoryType || fileType <= kHighestFileType;
-    return known && !lackedTypes.contains(fileType);
-}
-
 std::string baseName(const std::string& path) {
     const std::size_t separator = path.find_last_of("/\\");
     return separator == std::string::npos ? path : path.substr(separator + 1);
@@ -38,13 +33,15 @@ auto find(Application& process, std::uint32_t fileType, const std::string& name)
 
 } // namespace
 
+bool isFileType(std::uint32_t number) noexcept { return number == kDirectoryType || number <= kHighestFileType; }
+
 std::string storeDirectory(const AdditionalFile& file) {
     return file.fileType == kDirectoryType ? file.directory + "/" + file.name : file.directory;
 }
 
 FileOutcome registerFile(Application& process, const FileRequest& request, const std::set<std::uint32_t>& lackedTypes,
                          AdditionalFile* registered) {
-    if (!isKnownType(request.fileType, lackedTypes)) {
+    if (!isFileType(request.fileType) || lackedTypes.contains(request.fileType)) {
         return {kFileUnknownType, message(Code::unknownFileType, {request.fileType})};
     }
     AdditionalFile file = placeOf(process, request);

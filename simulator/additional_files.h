@@ -37,6 +37,8 @@ struct FileOutcome {
     Failure failure{};
 };
 
+bool isFileType(std::uint32_t number) noexcept;
+
 /// Registers a file, or a directory, that is to be transferred. A name that is registered already stays registered once.
 FileOutcome registerFile(Application& process, const FileRequest& request, const std::set<std::uint32_t>& lackedTypes,
                          AdditionalFile* registered);

@@ -7,13 +7,13 @@
 #include <utility>
 
 #include "file_transfer/file_transfer_protocol.h"
-#include "protocol/procedure_numbers.h"
+#include "simulator/procedure_names.h"
 
 namespace simulated_target {
 namespace {
 
 constexpr std::string_view kAny = "any";
-constexpr std::string_view kFileProgram = "file.";
+constexpr std::string_view kAnyOfFiles = "file.any";
 
 std::string quoted(std::string_view text) { return '"' + std::string{text} + '"'; }
 
@@ -38,10 +38,14 @@ std::pair<std::string_view, std::optional<std::string_view>> splitAt(std::string
 
 void setCall(FaultRule& rule, std::string_view call) {
     if (call == kAny) { return; }
-    const bool files = call.starts_with(kFileProgram);
-    rule.program = files ? file_transfer::kProgram : applman::kApplManProgram;
-    const std::string_view procedure = files ? call.substr(kFileProgram.size()) : call;
-    if (!files || procedure != kAny) { rule.procedure = numberOf(procedure); }
+    if (call == kAnyOfFiles) {
+        rule.program = file_transfer::kProgram;
+        return;
+    }
+    const NamedProcedure* const procedure = findProcedure(call);
+    if (procedure == nullptr) { throw BadFault{"there is no procedure " + quoted(call)}; }
+    rule.program = procedure->program;
+    rule.procedure = procedure->number;
 }
 
 /// "N", "N-", "N-M" or "%N".

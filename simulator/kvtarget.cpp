@@ -78,27 +78,34 @@ std::string address(const simulated_target::Options& options) {
     return options.host + ":" + std::to_string(options.port);
 }
 
+void warnOfStrangers(const simulated_target::Options& options) {
+    if (options.host.starts_with("127.")) { return; }
+    std::fprintf(stderr,
+                 "kvtarget: warning: %s is not on loopback: everybody who reaches the port can write into the store\n",
+                 options.host.c_str());
+}
+
 } // namespace
 
 int main(int count, char** words) {
-    simulated_target::Options options;
+    simulated_target::CommandLine line;
     try {
-        const auto parsed = simulated_target::parseCommandLine({words + 1, words + count});
-        if (!parsed) {
-            std::fputs(simulated_target::kUsage, stdout);
-            return 0;
-        }
-        options = *parsed;
+        line = simulated_target::parseCommandLine({words + 1, words + count});
     } catch (const simulated_target::BadCommandLine& fault) {
         std::fprintf(stderr, "kvtarget: %s\nTry kvtarget --help.\n", fault.what());
         return kBadCommandLine;
     }
+    if (!line.toShow.empty()) {
+        std::fputs(line.toShow.c_str(), stdout);
+        return 0;
+    }
+    warnOfStrangers(line.target);
     try {
-        run(options);
+        run(line.target);
         return 0;
     } catch (const std::exception& failure) {
-        std::fprintf(stderr, "kvtarget: cannot serve %s with the store %s: %s\n", address(options).c_str(),
-                     options.store.string().c_str(), failure.what());
+        std::fprintf(stderr, "kvtarget: cannot serve %s with the store %s: %s\n", address(line.target).c_str(),
+                     line.target.store.string().c_str(), failure.what());
         return kCannotRun;
     }
 }

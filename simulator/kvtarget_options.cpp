@@ -1,150 +1,212 @@
 #include "simulator/kvtarget_options.h"
 
+#include <algorithm>
 #include <charconv>
 #include <cstdint>
-#include <limits>
+#include <memory>
+#include <stdexcept>
 #include <string_view>
+#include <utility>
+
+#include <CLI/CLI.hpp>
+
+#include "protocol/procedure_numbers.h"
+#include "simulator/additional_files.h"
+#include "simulator/procedure_names.h"
 
 namespace simulated_target {
 namespace {
 
-template <class Number>
-Number parseNumber(const std::string& option, std::string_view text) {
-    Number number{};
+using Texts = std::vector<std::string>;
+
+constexpr std::uint32_t kMostOfWord = 0xFFFFFFFF;
+constexpr std::uint32_t kMostInitCalls = 1000;
+constexpr std::uint32_t kMostSeconds = 24 * 60 * 60;
+constexpr std::uint32_t kMostMilliseconds = 60 * 60 * 1000;
+constexpr std::uint32_t kMostCores = 1024;
+constexpr std::uint32_t kMostPort = 65535;
+
+/// A value makes no sense, as what() says.
+using BadValue = std::invalid_argument;
+
+std::string inQuotes(std::string_view text) { return '"' + std::string{text} + '"'; }
+
+std::uint32_t numberOf(std::string_view text, std::uint32_t lowest, std::uint32_t highest) {
+    std::uint32_t number = 0;
     const auto parsed = std::from_chars(text.data(), text.data() + text.size(), number);
-    if (parsed.ec != std::errc{} || parsed.ptr != text.data() + text.size()) {
-        throw BadCommandLine{option + ": \"" + std::string{text} + "\" is not a number from 0 to " +
-                             std::to_string(std::numeric_limits<Number>::max())};
+    const bool isNumber = parsed.ec == std::errc{} && parsed.ptr == text.data() + text.size();
+    if (!isNumber || number < lowest || number > highest) {
+        throw BadValue{inQuotes(text) + " is not a number from " + std::to_string(lowest) + " to " +
+                       std::to_string(highest)};
     }
     return number;
 }
 
-bool isIpv4Address(std::string_view text) {
-    for (int part = 0; part < 4; ++part) {
-        if (part > 0 && (text.empty() || text.front() != '.')) { return false; }
-        if (part > 0) { text.remove_prefix(1); }
-        std::uint8_t number = 0;
-        const auto parsed = std::from_chars(text.data(), text.data() + text.size(), number);
-        if (parsed.ec != std::errc{}) { return false; }
-        text.remove_prefix(static_cast<std::size_t>(parsed.ptr - text.data()));
-    }
-    return text.empty();
-}
-
-void setListen(Options& options, const std::string& option, const std::string& value) {
+void setListen(CommandLine& line, const std::string& value) {
     const std::size_t colon = value.find(':');
-    options.host = value.substr(0, colon);
-    if (!isIpv4Address(options.host)) {
-        throw BadCommandLine{option + ": \"" + options.host + "\" is not an IPv4 address"};
+    line.target.host = value.substr(0, colon);
+    const std::string fault = CLI::ValidIPV4(line.target.host);
+    if (!fault.empty()) { throw BadValue{inQuotes(line.target.host) + " is not an IPv4 address"}; }
+    if (colon != std::string::npos) {
+        line.target.port = static_cast<std::uint16_t>(numberOf(value.substr(colon + 1), 0, kMostPort));
     }
-    if (colon != std::string::npos) { options.port = parseNumber<std::uint16_t>(option, value.substr(colon + 1)); }
 }
 
-void setStore(Options& options, const std::string& option, const std::string& value) {
-    if (value.empty()) { throw BadCommandLine{option + ": the folder has no name"}; }
-    options.store = value;
+void setStore(CommandLine& line, const std::string& value) {
+    if (value.empty()) { throw BadValue{"the folder has no name"}; }
+    line.target.store = value;
 }
 
-template <std::uint32_t Options::*kMember>
-void setWord(Options& options, const std::string& option, const std::string& value) {
-    options.*kMember = parseNumber<std::uint32_t>(option, value);
+template <std::uint32_t Options::*kMember, std::uint32_t kLowest, std::uint32_t kHighest>
+void setNumber(CommandLine& line, const std::string& value) {
+    line.target.*kMember = numberOf(value, kLowest, kHighest);
 }
 
-template <std::set<std::uint32_t> Options::*kMember>
-void addWord(Options& options, const std::string& option, const std::string& value) {
-    (options.*kMember).insert(parseNumber<std::uint32_t>(option, value));
+void setDelay(CommandLine& line, const std::string& value) {
+    line.target.commandDelay = std::chrono::milliseconds{numberOf(value, 0, kMostMilliseconds)};
 }
 
-void setDelay(Options& options, const std::string& option, const std::string& value) {
-    options.commandDelay = std::chrono::milliseconds{parseNumber<std::uint32_t>(option, value)};
+void lackProcedure(CommandLine& line, const std::string& value) {
+    const NamedProcedure* const procedure = findProcedure(value);
+    if (procedure == nullptr || procedure->program != applman::kApplManProgram) {
+        throw BadValue{inQuotes(value) + " is no procedure of the application manager"};
+    }
+    line.target.lackedProcedures.insert(procedure->number);
+}
+
+void lackParameter(CommandLine& line, const std::string& value) {
+    line.target.lackedParameters.insert(numberOf(value, 0, kMostOfWord));
+}
+
+void lackFileType(CommandLine& line, const std::string& value) {
+    const std::uint32_t type = numberOf(value, 0, kMostOfWord);
+    if (!isFileType(type)) { throw BadValue{inQuotes(value) + " is no type of files"}; }
+    line.target.lackedFileTypes.insert(type);
 }
 
 /// "ID" or "ID:NAME".
-void addFlashApplication(Options& options, const std::string& option, const std::string& value) {
+void addFlashApplication(CommandLine& line, const std::string& value) {
     const std::size_t colon = value.find(':');
-    const auto id = parseNumber<std::uint32_t>(option, value.substr(0, colon));
-    options.flashApplications[id] = colon == std::string::npos ? "flash" + std::to_string(id) : value.substr(colon + 1);
+    const std::uint32_t id = numberOf(value.substr(0, colon), 0, kMostOfWord);
+    std::string name = colon == std::string::npos ? "flash" + std::to_string(id) : value.substr(colon + 1);
+    const bool isNew = line.target.flashApplications.try_emplace(id, std::move(name)).second;
+    if (!isNew) { throw BadValue{"there are two applications " + std::to_string(id)}; }
 }
 
-template <class Read>
-auto faultsFrom(const std::string& option, Read read) {
-    try {
-        return read();
-    } catch (const BadFault& fault) { throw BadCommandLine{option + ": " + fault.what()}; }
+void addFault(CommandLine& line, const std::string& value) { line.target.faults.push_back(parseFault(value)); }
+
+void addFaultFile(CommandLine& line, const std::string& value) {
+    const auto rules = readFaultFile(value);
+    line.target.faults.insert(line.target.faults.end(), rules.begin(), rules.end());
 }
 
-void addFault(Options& options, const std::string& option, const std::string& value) {
-    options.faults.push_back(faultsFrom(option, [&] { return parseFault(value); }));
-}
-
-void addFaultFile(Options& options, const std::string& option, const std::string& value) {
-    const auto rules = faultsFrom(option, [&] { return readFaultFile(value); });
-    options.faults.insert(options.faults.end(), rules.begin(), rules.end());
-}
+enum class Given : std::uint8_t { once, often };
 
 struct OptionRow {
+    const char* group;
     const char* name;
-    void (*set)(Options& options, const std::string& option, const std::string& value);
+    const char* value; // what it is called in the help
+    Given given;
+    void (*take)(CommandLine& line, const std::string& value); // throws BadValue
+    const char* help;
 };
 
-constexpr OptionRow kOptions[] = {
-    {"--listen", setListen},
-    {"--store", setStore},
-    {"--serial", setWord<&Options::cnSerialNumber>},
-    {"--init-calls", setWord<&Options::initialisationCalls>},
-    {"--timeout", setWord<&Options::commandTimeout>},
-    {"--delay", setDelay},
-    {"--lack-procedure", addWord<&Options::lackedProcedures>},
-    {"--lack-parameter", addWord<&Options::lackedParameters>},
-    {"--lack-file-type", addWord<&Options::lackedFileTypes>},
-    {"--flash", addFlashApplication},
-    {"--cores", setWord<&Options::coreCount>},
-    {"--fault", addFault},
-    {"--fault-file", addFaultFile},
+constexpr const char* kPlace = "Where it is";
+constexpr const char* kNature = "What it is like";
+constexpr const char* kLacks = "What it lacks";
+constexpr const char* kFaults = "What goes wrong on purpose (docs/faults.md)";
+constexpr const char* kGeneral = "General";
+
+using enum Given;
+constexpr auto kSerial = setNumber<&Options::cnSerialNumber, 0, kMostOfWord>;
+constexpr auto kInitCalls = setNumber<&Options::initialisationCalls, 0, kMostInitCalls>;
+constexpr auto kTimeout = setNumber<&Options::commandTimeout, 0, kMostSeconds>;
+constexpr auto kCores = setNumber<&Options::coreCount, 1, kMostCores>;
+
+constexpr OptionRow kRows[] = {
+    {kPlace, "--listen", "ADDRESS[:PORT]", once, setListen, "IPv4 address to listen on; port 0 is any (127.0.0.1:0)"},
+    {kPlace, "--store", "FOLDER", once, setStore, "where files go; made if need be (kvtarget-store-ADDRESS)"},
+    {kNature, "--serial", "NUMBER", once, kSerial, "CN serial number (1)"},
+    {kNature, "--init-calls", "NUMBER", once, kInitCalls, "initialisation calls of a process; 0 is complete load (1)"},
+    {kNature, "--timeout", "SECONDS", once, kTimeout, "time that it asks hosts to grant a command (10)"},
+    {kNature, "--delay", "MILLISECONDS", once, setDelay, "time that it takes for a command (20)"},
+    {kNature, "--cores", "NUMBER", once, kCores, "number of its processor cores (4)"},
+    {kNature, "--flash", "ID[:NAME]", often, addFlashApplication, "an application in its flash memory; repeatable"},
+    {kLacks, "--lack-procedure", "NAME", often, lackProcedure, "a procedure that it does not offer; repeatable"},
+    {kLacks, "--lack-parameter", "NUMBER", often, lackParameter, "a parameter that it does not know; repeatable"},
+    {kLacks, "--lack-file-type", "NUMBER", often, lackFileType, "a type of files that it does not know; repeatable"},
+    {kFaults, "--fault", "RULE", often, addFault, "CALL[@WHICH]:FAULT[=VALUE], as in the example; repeatable"},
+    {kFaults, "--fault-file", "FILE", often, addFaultFile, "a file of such rules, one a line; repeatable"},
 };
 
-const OptionRow& findOption(const std::string& name) {
-    for (const OptionRow& row : kOptions) {
-        if (name == row.name) { return row; }
+/// Lines of one name count together, wherever they stand; CLI11 would drop those behind another name.
+class MergedConfig : public CLI::ConfigTOML {
+public:
+    std::vector<CLI::ConfigItem> from_config(std::istream& input) const override {
+        std::vector<CLI::ConfigItem> merged;
+        for (CLI::ConfigItem& item : CLI::ConfigTOML::from_config(input)) {
+            const auto same = [&](const CLI::ConfigItem& known) { return known.fullname() == item.fullname(); };
+            const auto known = std::ranges::find_if(merged, same);
+            if (known == merged.end()) {
+                merged.push_back(std::move(item));
+            } else {
+                known->inputs.insert(known->inputs.end(), item.inputs.begin(), item.inputs.end());
+            }
+        }
+        return merged;
     }
-    throw BadCommandLine{"unknown option \"" + name + "\""};
+};
+
+void add(CLI::App& app, const OptionRow& row, CommandLine& line) {
+    const auto take = [&row, &line](const Texts& values) {
+        if (row.given == once && values.size() > 1) { throw CLI::ValidationError{row.name, "given more than once"}; }
+        try {
+            for (const std::string& value : values) {
+                row.take(line, value);
+            }
+        } catch (const BadValue& bad) { throw CLI::ValidationError{row.name, bad.what()}; }
+    };
+    CLI::Option* const option = app.add_option_function<Texts>(row.name, take, row.help);
+    option->type_name(row.value)->group(row.group)->expected(1)->allow_extra_args(false);
+    option->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
 }
 
 } // namespace
 
-const char* const kUsage = R"(Usage: kvtarget [OPTION VALUE]...
+CommandLine parseCommandLine(std::vector<std::string> arguments) {
+    CommandLine line;
+    line.target.recordRequests = false;
 
-A simulated target: keeps applications and files for host programs that are developed without hardware.
-Prints "kvtarget listening on ADDRESS:PORT" when it is ready; ends on SIGTERM and SIGINT.
-
-  --listen ADDRESS[:PORT]  where it listens, an IPv4 address; port 0 is any (127.0.0.1:0)
-  --store FOLDER           where files go; made if need be (kvtarget-store)
-  --serial NUMBER          CN serial number (1)
-  --init-calls NUMBER      initialisation calls that a process wants; 0 is complete load (1)
-  --timeout SECONDS        time that it asks hosts to grant a command (10)
-  --delay MILLISECONDS     time that it takes for a command (20)
-  --lack-procedure NUMBER  a procedure that it does not offer; may be repeated
-  --lack-parameter NUMBER  a target parameter that it does not know; may be repeated
-  --lack-file-type NUMBER  a type of additional files that it does not know; may be repeated
-  --flash ID[:NAME]        an application in its flash memory; may be repeated
-  --cores NUMBER           number of its processor cores (4)
-  --fault CALL:FAULT       what goes wrong on purpose (docs/faults.md), "6@2:hang" for one; may be repeated
-  --fault-file FILE        such faults, one a line
-  --help                   shows this
-)";
-
-std::optional<Options> parseCommandLine(const std::vector<std::string>& arguments) {
-    Options options;
-    options.store = "kvtarget-store";
-    options.recordRequests = false;
-    for (std::size_t i = 0; i < arguments.size(); i += 2) {
-        const std::string& name = arguments[i];
-        if (name == "--help") { return {}; }
-        const OptionRow& option = findOption(name);
-        if (i + 1 == arguments.size()) { throw BadCommandLine{name + ": its value is missing"}; }
-        option.set(options, name, arguments[i + 1]);
+    CLI::App app{"A simulated target: host programs are developed against it without hardware.\n"
+                 "It prints \"kvtarget listening on ADDRESS:PORT\" when it is ready and ends on SIGTERM and SIGINT.\n",
+                 "kvtarget"};
+    app.allow_windows_style_options(false);
+    app.allow_config_extras(CLI::config_extras_mode::error);
+    app.config_formatter(std::make_shared<MergedConfig>());
+    app.get_formatter()->column_width(32);
+    app.footer("Example: the second start is never answered, and each hundredth call ends with its connection.\n"
+               "  kvtarget --listen 127.0.0.2 --store /tmp/store --fault start@2:hang --fault any@%100:reset");
+    for (const OptionRow& row : kRows) {
+        add(app, row, line);
     }
-    return options;
+    app.set_config("--config", "", "options from a file, NAME = VALUE per line; the command line replaces them")
+        ->type_name("FILE")
+        ->group(kGeneral);
+    app.set_help_flag("-h,--help", "show this")->group(kGeneral);
+    app.set_version_flag("--version", "kvtarget " KVTARGET_VERSION, "show the version")->group(kGeneral);
+
+    std::ranges::reverse(arguments); // as CLI11 wants them
+    try {
+        app.parse(std::move(arguments));
+    } catch (const CLI::CallForHelp&) { line.toShow = app.help(); } catch (const CLI::CallForVersion& version) {
+        line.toShow = std::string{version.what()} + '\n';
+    } catch (const CLI::ParseError& fault) { throw BadCommandLine{fault.what()}; }
+
+    if (line.target.store.empty()) {
+        const std::string port = line.target.port == 0 ? "" : "-" + std::to_string(line.target.port);
+        line.target.store = "kvtarget-store-" + line.target.host + port;
+    }
+    return line;
 }
 
 } // namespace simulated_target

@@ -1,7 +1,6 @@
 // The command line of kvtarget.
 #pragma once
 
-#include <optional>
 #include <stdexcept>
 #include <string>
 #include <vector>
@@ -10,14 +9,17 @@
 
 namespace simulated_target {
 
-extern const char* const kUsage;
+struct CommandLine {
+    std::string toShow{}; // help or version: there is nothing else to do then
+    Options target{};
+};
 
 /// What is wrong with a command line, to be shown to its user.
 struct BadCommandLine : std::runtime_error {
     using std::runtime_error::runtime_error;
 };
 
-/// None when help was asked for. Throws BadCommandLine.
-std::optional<Options> parseCommandLine(const std::vector<std::string>& arguments);
+/// Throws BadCommandLine.
+CommandLine parseCommandLine(std::vector<std::string> arguments);
 
 } // namespace simulated_target

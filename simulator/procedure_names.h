@@ -1,0 +1,26 @@
+// The procedures of a target's two programs by name.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+namespace simulated_target {
+
+struct NamedProcedure {
+    std::uint32_t program;
+    std::uint32_t number;
+    std::string_view name; // "start", "file.write"
+    int applicationAt;     // which word of the request is the ID of a process, from 0; -1 = none
+};
+
+/// By name, "start" or "file.write", or by number, "6" or "file.2". Null when no procedure is called so.
+const NamedProcedure* findProcedure(std::string_view text) noexcept;
+const NamedProcedure* findProcedure(std::uint32_t program, std::uint32_t number) noexcept;
+
+/// The name, or numbers in its place when there is no such procedure.
+std::string procedureName(std::uint32_t program, std::uint32_t number);
+
+inline constexpr std::string_view kFilePrefix = "file."; // of what belongs to file transfer
+
+} // namespace simulated_target
