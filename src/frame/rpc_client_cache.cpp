@@ -8,6 +8,7 @@
 #include "frame/library.h"
 #include "frame/report.h"
 #include "platform/host_interface.h"
+#include "platform/rpc_program.h"
 #include "platform/rtos.h"
 
 namespace applman {
@@ -22,10 +23,10 @@ struct ClientParameter {
     std::uint32_t value;
 };
 constexpr std::array kClientParameters{
-    ClientParameter{6, 15'000'000}, // call timeout in microseconds
-    ClientParameter{1, 6},          // IP protocol: TCP
-    ClientParameter{2, 2},          // program version
-    ClientParameter{14, 0},         // authentication flavour: none
+    ClientParameter{6, 15'000'000},      // call timeout in microseconds
+    ClientParameter{1, 6},               // IP protocol: TCP
+    ClientParameter{2, kApplManVersion}, // program version
+    ClientParameter{14, 0},              // authentication flavour: none
 };
 
 class RpcClientLock {

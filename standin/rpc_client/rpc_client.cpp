@@ -8,6 +8,7 @@
 #include <utility>
 
 #include "error_lists/platform_messages.h"
+#include "platform/rpc_program.h"
 #include "rpc_client/rpc_channel.h"
 #include "rpc_client/rpc_limits.h"
 
@@ -15,7 +16,6 @@ using namespace kvrpc;
 
 namespace {
 
-constexpr std::uint32_t kApplicationManagerProgram = 0x20004B56;
 constexpr std::uint32_t kTcp = 6;
 constexpr std::uint32_t kNoAuthentication = 0;
 
@@ -80,7 +80,7 @@ struct KvCRpcClient::State {
     Deadline deadline() const noexcept { return limits::callDeadline(timeout.load()); }
 
     Channel channel;
-    std::atomic<std::uint32_t> version{2};
+    std::atomic<std::uint32_t> version{applman::kApplManVersion};
     std::atomic<std::chrono::microseconds> timeout{limits::kDefaultCall};
 };
 
@@ -95,7 +95,7 @@ bool KvCRpcClient::State::set(std::uint32_t id, std::uint32_t value) noexcept {
 
 Failure KvCRpcClient::State::call(std::uint32_t procedure, XdrRoutine encode, void* request, XdrRoutine decode,
                                   void* reply) {
-    Bytes record = beginCall(kApplicationManagerProgram, version, procedure);
+    Bytes record = beginCall(applman::kApplManProgram, version, procedure);
     Xdr xdr = Xdr::encoder(record);
     if (!encode(xdr, request) || !seal(record)) { return {Failure::Kind::notEncoded}; }
     return channel.call(record, deadline(), decode, reply);
