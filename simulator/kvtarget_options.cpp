@@ -5,6 +5,8 @@
 #include <limits>
 #include <string_view>
 
+#include "rpc_wire/ipv4_endpoint.h"
+
 namespace simulated_target {
 namespace {
 
@@ -19,22 +21,10 @@ Number parseNumber(const std::string& option, std::string_view text) {
     return number;
 }
 
-bool isIpv4Address(std::string_view text) {
-    for (int part = 0; part < 4; ++part) {
-        if (part > 0 && (text.empty() || text.front() != '.')) { return false; }
-        if (part > 0) { text.remove_prefix(1); }
-        std::uint8_t number = 0;
-        const auto parsed = std::from_chars(text.data(), text.data() + text.size(), number);
-        if (parsed.ec != std::errc{}) { return false; }
-        text.remove_prefix(static_cast<std::size_t>(parsed.ptr - text.data()));
-    }
-    return text.empty();
-}
-
 void setListen(Options& options, const std::string& option, const std::string& value) {
     const std::size_t colon = value.find(':');
     options.host = value.substr(0, colon);
-    if (!isIpv4Address(options.host)) {
+    if (!kvrpc::parseIpv4Address(options.host)) {
         throw BadCommandLine{option + ": \"" + options.host + "\" is not an IPv4 address"};
     }
     if (colon != std::string::npos) { options.port = parseNumber<std::uint16_t>(option, value.substr(colon + 1)); }

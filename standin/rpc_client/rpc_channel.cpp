@@ -5,7 +5,7 @@
 #include <utility>
 
 #include "rpc_client/rpc_limits.h"
-#include "rtos/ipv4_endpoint.h"
+#include "rpc_wire/ipv4_endpoint.h"
 
 namespace kvrpc {
 namespace {
