@@ -1,3 +1,7 @@
+// One lock, taken here only and held from the look-up to the registration, connecting included: so two threads never make
+// two clients for a device, and every device waits while one is being connected. The host interface locks inside its own
+// calls; nothing that runs under our lock comes back to it. The message about a device without a client is added when it
+// is open again. A registered client is the registry's: it is never deleted here. Nothing here throws.
 #include "frame/rpc_client_cache.h"
 
 #include <algorithm>
