@@ -11,6 +11,7 @@
 #include <CLI/CLI.hpp>
 
 #include "protocol/procedure_numbers.h"
+#include "rpc_wire/ipv4_endpoint.h"
 #include "simulator/additional_files.h"
 #include "simulator/procedure_names.h"
 
@@ -45,8 +46,9 @@ std::uint32_t numberOf(std::string_view text, std::uint32_t lowest, std::uint32_
 void setListen(CommandLine& line, const std::string& value) {
     const std::size_t colon = value.find(':');
     line.target.host = value.substr(0, colon);
-    const std::string fault = CLI::ValidIPV4(line.target.host);
-    if (!fault.empty()) { throw BadValue{inQuotes(line.target.host) + " is not an IPv4 address"}; }
+    if (!kvrpc::parseIpv4Address(line.target.host)) {
+        throw BadValue{inQuotes(line.target.host) + " is not an IPv4 address"};
+    }
     if (colon != std::string::npos) {
         line.target.port = static_cast<std::uint16_t>(numberOf(value.substr(colon + 1), 0, kMostPort));
     }

@@ -13,7 +13,14 @@
 ///   request. Both belong to the host interface library. A handle that is null or of no use gives code 1024 and -100, or
 ///   code 0x12500044 and -100 when the device is gone.
 /// - Connection: the first call for a device connects its command channel (up to 5 seconds); later calls share it. A
-///   device whose channel cannot be set up gives -180.
+///   device whose channel cannot be set up gives -180, and the next call for it tries again. While one device is being
+///   connected, every function that comes to look up a channel waits, whatever device it is for: four devices that
+///   cannot be reached, each called by a thread of its own, can cost a call for a healthy one 20 seconds, and more when
+///   they are called again and again.
+/// - Restart of a target: nothing tells the host of it; the next call connects anew. Application IDs and group handles
+///   from before are void: the target may have lost its processes and may give their IDs to others, so that a stop with
+///   an old ID stops somebody else's process. Item 2052 of application 0, the time at which the target was started,
+///   shows it: keep what it is when processes are registered, and compare before an ID of that time is used.
 /// - Blocking: a call to the target waits for its reply up to 15 seconds; then, like any call that fails, it gives code
 ///   0x1250000a and -185, unless the function says otherwise. Commands that the target carries out by itself are waited
 ///   for as long as the target's command timeout allows.
@@ -24,6 +31,9 @@
 /// - C: the same functions, C99. A pool is a pointer there (KvCErrorListPool*), which must not be null.
 /// - Sizes: `size` of an item of any length is in/out. When it is too small, the result is -200 and it holds the size
 ///   needed, so that a call with size 0 is a size query.
+/// - Clearing: what is set to 0 or to zeros first is left alone when an argument is missing. KvApplMan_getApplInfo,
+///   KvApplMan_getApplications, KvApplMan_getFlashApplications and KvApplMan_getFlashApplInfo leave it alone also when a
+///   handle is of no use or there is no command channel.
 /// - Nothing is thrown. When memory runs out a function gives code 1024 and -100 unless it says otherwise.
 /// - Unloading: remove the devices before the library is unloaded, and only while no call for them is under way: their
 ///   command channels live in this library.
@@ -101,8 +111,9 @@ KVAPPLMAN_API int32_t KvApplMan_deleteApplGroupHandle(KvCErrorListPool KV_REF po
 /// @param accessResHandle yields the access ID
 /// @param groupHandle the group; its lastApplNo is advanced
 /// @param applNo number of the slot, 1 to applCount
-/// @param applId receives the application ID by which every later call names the process; set to 0 first; it holds the
-///        new ID also when only the last step, writing the group's data to the process, failed
+/// @param applId receives the application ID by which every later call names the process; set to 0 first, but untouched
+///        when groupHandle or one of its arrays is null or applNo is 0; it holds the new ID also when only the last step,
+///        writing the group's data to the process, failed
 /// @return 0; -100: an argument is missing, a handle is of no use, or the target gave no application ID; -110: the number
 ///         is out of turn (0x12500049), the device is not that of the slot (0x1250004b) or its serial number cannot be
 ///         read (0x1250004a), or the target refused or did not answer; -176: the target refused the group's data; -180:
@@ -233,7 +244,8 @@ KVAPPLMAN_API int32_t KvApplMan_unloadAppl(KvCErrorListPool KV_REF pool, void* d
 /// | 2049 | 32-bit number | 4 | - |
 /// | 2050 | initialisation calls, 32 bits | 4 | 0 / - |
 /// | 2051 | CN serial number, 32 bits | 4 | - / the device's when known |
-/// | 2052, 2053 | 64-bit numbers | 8 | - |
+/// | 2052 | time at which the target was started, 64 bits | 8 | - |
+/// | 2053 | 64-bit number | 8 | - |
 /// | 2054 | text | any | - |
 /// | 2055 | command timeout in seconds, 32 bits | 4 | 0 / 120 |
 /// | 3073, 3074 | parameter, double | 8 | - |
@@ -292,8 +304,8 @@ KVAPPLMAN_API int32_t KvApplMan_getApplications(KvCErrorListPool KV_REF pool, vo
 /// @param devHandle the target
 /// @param accessResHandle yields the access ID
 /// @param list receives the list, which the host frees with KvApplMan_freeApplInfoList; null when it is empty, after a
-///        failure, and when there is no memory for it
-/// @param count receives the number of its elements
+///        failure, and when there is no memory for it, but untouched when the argument count is null
+/// @param count receives the number of its elements; untouched when the argument list is null
 /// @param name lists only applications whose file name without its last extension is this one, case-sensitive; null or
 ///        empty lists all
 /// @return 0, also when nothing is listed (for a name with 0x1250005c); -100: list or count is null (0x1250005b), or a

@@ -1,4 +1,6 @@
 // What every exported function runs around its own work: the guard at the boundary, the handle check, the client.
+// Work may throw, for a lack of memory only, and from any depth: what it holds is released by destructors. `guarded` is
+// where that becomes a message and a status. releaseRpcClient is left out then; it has nothing to give back.
 #pragma once
 
 #include <cstdint>

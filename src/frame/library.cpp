@@ -1,3 +1,6 @@
+// Load and unload. The order of the two things that the library owns is that of one constructor: the message table comes
+// first and goes last. The error manager lies in a library that is loaded before this one and outlives it. All of this
+// runs while the system loads or unloads a library, where nothing may throw.
 #include "frame/library.h"
 
 #include "frame/messages.h"

@@ -1,4 +1,6 @@
 // Reporting a failure: message, source line and arguments in one statement, proved against the catalogue at compile time.
+// Reporting never throws, so it may stand in a handler: a list that lacks memory loses the entry. Nothing else in the
+// library calls setError.
 #pragma once
 
 #include <array>

@@ -1,3 +1,7 @@
+// One lock, taken here only and held from the look-up to the registration, connecting included: so two threads never make
+// two clients for a device, and every device waits while one is being connected. The host interface locks inside its own
+// calls; nothing that runs under our lock comes back to it. The message about a device without a client is added when it
+// is open again. A registered client is the registry's: it is never deleted here. Nothing here throws.
 #include "frame/rpc_client_cache.h"
 
 #include <algorithm>
@@ -8,6 +12,7 @@
 #include "frame/library.h"
 #include "frame/report.h"
 #include "platform/host_interface.h"
+#include "platform/rpc_program.h"
 #include "platform/rtos.h"
 
 namespace applman {
@@ -22,10 +27,10 @@ struct ClientParameter {
     std::uint32_t value;
 };
 constexpr std::array kClientParameters{
-    ClientParameter{6, 15'000'000}, // call timeout in microseconds
-    ClientParameter{1, 6},          // IP protocol: TCP
-    ClientParameter{2, 2},          // program version
-    ClientParameter{14, 0},         // authentication flavour: none
+    ClientParameter{6, 15'000'000},      // call timeout in microseconds
+    ClientParameter{1, 6},               // IP protocol: TCP
+    ClientParameter{2, kApplManVersion}, // program version
+    ClientParameter{14, 0},              // authentication flavour: none
 };
 
 class RpcClientLock {

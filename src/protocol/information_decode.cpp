@@ -1,3 +1,5 @@
+// What becomes of `size` differs on purpose: a value of fixed size leaves it, a text sets it only when it does not fit,
+// arrays and addresses always set it. Nothing is copied unless all of it fits.
 #include "protocol/information_decode.h"
 
 #include <algorithm>

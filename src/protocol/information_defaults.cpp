@@ -1,3 +1,6 @@
+// A default is made while the target's refusal still stands in the pool, and the whole pool is emptied only when there is
+// one; what the host interface reports meanwhile goes with it, and stays when there is none. Whether a parameter is
+// unknown is judged by the whole pool, so an entry from before the call counts too.
 #include "protocol/information_defaults.h"
 
 #include <array>

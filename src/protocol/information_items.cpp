@@ -1,3 +1,6 @@
+// Arguments are judged, then the buffer is cleared, then the identifier and the size are judged: after any later failure
+// the buffer is zeros. Reading may read again, over the same client and into the same pool, but only one level
+// deep: item 18 leads to item 13, and the defaults of 15 and 16 to item 10, which lead no further.
 #include "protocol/information_items.h"
 
 #include <algorithm>

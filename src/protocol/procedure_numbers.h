@@ -1,12 +1,11 @@
-// Program, version and procedure numbers of the application-manager RPC program, for both ends.
+// Procedure numbers of the application-manager RPC program, for both ends.
 #pragma once
 
 #include <cstdint>
 
-namespace applman {
+#include "platform/rpc_program.h" // the program's own number and version
 
-inline constexpr std::uint32_t kApplManProgram = 0x20004B56;
-inline constexpr std::uint32_t kApplManVersion = 2;
+namespace applman {
 
 enum ProcedureNumber : std::uint32_t {
     kSetParam = 2,

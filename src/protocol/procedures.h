@@ -1,4 +1,6 @@
 // The remote procedures of the application manager: typed constants that are called like functions.
+// A record's routine is called by the RPC client, across the border of a library: nothing thrown leaves it. A call that
+// fails may leave half a reply behind; it is cleared before anybody sees it.
 #pragma once
 
 #include <cstdint>

@@ -1,3 +1,6 @@
+// The order of the calls in a routine is the order on the wire. A routine ends at the first primitive that fails and leaves
+// the record as far as it came. It may throw, for a lack of memory: recordRoutine catches that. Counts from the wire are
+// bounded by xdr_array, which is told the least size of an element where it is above 4 bytes.
 #include "protocol/records.h"
 
 #include <utility>

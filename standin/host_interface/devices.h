@@ -11,13 +11,13 @@
 
 #include "host_interface/handles.h"
 #include "platform/rpc_client.h"
-#include "rtos/ipv4_endpoint.h"
+#include "rpc_wire/ipv4_endpoint.h"
 
 namespace host_interface {
 
 struct Device {
     std::string address{}; // as the host gave it
-    Ipv4Endpoint endpoint{};
+    kvrpc::Ipv4Endpoint endpoint{};
     std::uint32_t cnSerialNumber{};
     std::map<std::uint32_t, KvCRpcClient*> clients{}; // by client identifier
 

@@ -14,7 +14,7 @@ std::int32_t KvPlatform_addDevice(KvCErrorListPool& pool, const char* address, s
     try {
         if (address == nullptr || device == nullptr) { return fail(pool, kOperation, kInvalidArgument); }
         *device = nullptr;
-        const auto endpoint = parseIpv4Endpoint(address);
+        const auto endpoint = kvrpc::parseIpv4Endpoint(address);
         if (!endpoint) {
             pool.setError(kAddressMalformed, __LINE__, kOperation, "%s", address);
             return kFailed;

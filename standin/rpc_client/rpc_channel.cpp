@@ -8,7 +8,7 @@
 #include <new>
 #include <utility>
 
-#include "rtos/ipv4_endpoint.h"
+#include "rpc_wire/ipv4_endpoint.h"
 
 namespace kvrpc {
 namespace {

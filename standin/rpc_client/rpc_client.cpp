@@ -8,13 +8,13 @@
 #include <utility>
 
 #include "error_lists/platform_messages.h"
+#include "platform/rpc_program.h"
 #include "rpc_client/rpc_channel.h"
 
 using namespace kvrpc;
 
 namespace {
 
-constexpr std::uint32_t kApplicationManagerProgram = 0x20004B56;
 constexpr std::uint32_t kTcp = 6;
 constexpr std::uint32_t kNoAuthentication = 0;
 
@@ -78,7 +78,7 @@ struct KvCRpcClient::State {
     Failure call(std::uint32_t procedure, XdrRoutine encode, void* request, XdrRoutine decode, void* reply);
 
     Channel channel;
-    std::atomic<std::uint32_t> version{2};
+    std::atomic<std::uint32_t> version{applman::kApplManVersion};
 };
 
 bool KvCRpcClient::State::set(std::uint32_t id, std::uint32_t value) noexcept {
@@ -92,7 +92,7 @@ bool KvCRpcClient::State::set(std::uint32_t id, std::uint32_t value) noexcept {
 
 Failure KvCRpcClient::State::call(std::uint32_t procedure, XdrRoutine encode, void* request, XdrRoutine decode,
                                   void* reply) {
-    Bytes record = beginCall(kApplicationManagerProgram, version, procedure);
+    Bytes record = beginCall(applman::kApplManProgram, version, procedure);
     Xdr xdr = Xdr::encoder(record);
     if (!encode(xdr, request) || !seal(record)) { return {Failure::Kind::notEncoded}; }
     return channel.call(record, decode, reply);

@@ -4,14 +4,13 @@
 #include <limits>
 #include <system_error>
 
+#include "rpc_wire/ipv4_endpoint.h"
+
 #ifdef _WIN32
 #include <mutex>
 
 #include <winsock2.h>
-
-#include <ws2tcpip.h>
 #else
-#include <arpa/inet.h>
 #include <cerrno>
 #include <fcntl.h>
 #include <netinet/in.h>
@@ -273,8 +272,8 @@ Socket Socket::listen(const std::string& host, std::uint16_t port) {
     const auto cannot = [&](int error) -> std::system_error {
         return {error, std::system_category(), "cannot listen on " + host + ':' + std::to_string(port)};
     };
-    in_addr address{};
-    if (::inet_pton(AF_INET, host.c_str(), &address) != 1) {
+    const auto address = parseIpv4Address(host);
+    if (!address) {
         throw std::system_error{std::make_error_code(std::errc::invalid_argument), "not an IPv4 address: " + host};
     }
     int error = 0;
@@ -285,7 +284,7 @@ Socket Socket::listen(const std::string& host, std::uint16_t port) {
 #else
     setOption(handleOf(socket.handle_), SOL_SOCKET, SO_REUSEADDR, 1); // a port is free again as soon as it is let go
 #endif
-    const sockaddr_in local = socketAddress(address.s_addr, port);
+    const sockaddr_in local = socketAddress(*address, port);
     if (::bind(handleOf(socket.handle_), reinterpret_cast<const sockaddr*>(&local), sizeof local) != 0 ||
         ::listen(handleOf(socket.handle_), SOMAXCONN) != 0) {
         throw cannot(lastError());

@@ -8,19 +8,14 @@ namespace simulated_target {
 namespace {
 
 TEST(CommandLine, IsRefusedWhenItMakesNoSense) {
-    const char* const bad[] = {"--serial=x",          "--serial=-1",
-                               "--serial=4294967296", "--serial=1 ",
-                               "--cores=999999999",   "--listen=",
-                               "--listen=localhost",  "--listen=1.2.3.256",
-                               "--listen=1.2.3.4:",   "--listen=1.2.3.4:65536",
-                               "--fault=6",           "--fault=6:",
-                               "--fault=x:hang",      "--fault=6@0:hang",
-                               "--fault=6@3-2:hang",  "--fault=6@%0:hang",
-                               "--fault=6:hang=1",    "--fault=6:cut",
-                               "--fault=6:cut=1x",    "--fault=12:hang",
-                               "--fault=file.7:hang", "--fault=stop-it:hang",
-                               "--lack-procedure=21", "--lack-file-type=17",
-                               "--config=missing"};
+    const char* const bad[] = {
+        "--serial=x",          "--serial=-1",         "--serial=4294967296", "--serial=1 ",
+        "--cores=999999999",   "--listen=",           "--listen=localhost",  "--listen=1.2.3.256",
+        "--listen=1.2.3.04",   "--listen=:80",        "--listen=1.2.3.4:",   "--listen=1.2.3.4:65536",
+        "--fault=6",           "--fault=6:",          "--fault=x:hang",      "--fault=6@0:hang",
+        "--fault=6@3-2:hang",  "--fault=6@%0:hang",   "--fault=6:hang=1",    "--fault=6:cut",
+        "--fault=6:cut=1x",    "--fault=12:hang",     "--fault=file.7:hang", "--fault=stop-it:hang",
+        "--lack-procedure=21", "--lack-file-type=17", "--config=missing"};
     for (const char* const argument : bad) {
         EXPECT_THROW(parseCommandLine({argument}), BadCommandLine) << argument;
     }

@@ -12,8 +12,8 @@
 #include <utility>
 #include <vector>
 
+#include "rpc_wire/ipv4_endpoint.h"
 #include "rpc_wire/socket.h"
-#include "rtos/ipv4_endpoint.h"
 
 namespace scripted_peer {
 
@@ -90,7 +90,7 @@ private:
     static constexpr kvrpc::Deadline kNever = kvrpc::Deadline::max();
 
     static kvrpc::Socket connected(const std::string& address) {
-        const auto endpoint = parseIpv4Endpoint(address).value();
+        const auto endpoint = kvrpc::parseIpv4Endpoint(address).value();
         auto outcome = kvrpc::ConnectOutcome::failed;
         int error = 0;
         return kvrpc::Socket::connect(endpoint.address, endpoint.port, kNever, outcome, error);

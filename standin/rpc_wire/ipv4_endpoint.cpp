@@ -1,9 +1,10 @@
-#include "rtos/ipv4_endpoint.h"
+#include "rpc_wire/ipv4_endpoint.h"
 
 #include <array>
 #include <bit>
 #include <charconv>
 
+namespace kvrpc {
 namespace {
 
 /// Takes a number up to `maximum` off the front of `text`.
@@ -23,16 +24,30 @@ bool takeLetter(std::string_view& text, char letter) noexcept {
     return true;
 }
 
-} // namespace
-
-std::optional<Ipv4Endpoint> parseIpv4Endpoint(std::string_view text) noexcept {
+std::optional<std::uint32_t> takeAddress(std::string_view& text) noexcept {
     std::array<std::uint8_t, 4> bytes{};
     for (std::size_t i = 0; i < bytes.size(); ++i) {
+        if (i > 0 && !takeLetter(text, '.')) { return {}; }
         const auto number = takeNumber(text, 255);
-        if (!number || !takeLetter(text, i + 1 < bytes.size() ? '.' : ':')) { return {}; }
+        if (!number) { return {}; }
         bytes[i] = static_cast<std::uint8_t>(*number);
     }
+    return std::bit_cast<std::uint32_t>(bytes);
+}
+
+} // namespace
+
+std::optional<std::uint32_t> parseIpv4Address(std::string_view text) noexcept {
+    const auto address = takeAddress(text);
+    return text.empty() ? address : std::nullopt;
+}
+
+std::optional<Ipv4Endpoint> parseIpv4Endpoint(std::string_view text) noexcept {
+    const auto address = takeAddress(text);
+    if (!address || !takeLetter(text, ':')) { return {}; }
     const auto port = takeNumber(text, 65535);
     if (!port || *port == 0 || !text.empty()) { return {}; }
-    return Ipv4Endpoint{std::bit_cast<std::uint32_t>(bytes), static_cast<std::uint16_t>(*port)};
+    return Ipv4Endpoint{*address, static_cast<std::uint16_t>(*port)};
 }
+
+} // namespace kvrpc
