@@ -5,6 +5,11 @@ set(KV_PUBLIC_HEADERS
   src/transfer/KvApplManProgress.h
   src/platform/KvExport.h
   standin/include/KvPlatformHost.h
+  include/KvApplManConstants.h
+  include/KvApplManPlatform.hpp
+  include/KvApplManItems.hpp
+  include/KvApplManApplication.hpp
+  include/KvApplMan.hpp
 )
 list(TRANSFORM KV_PUBLIC_HEADERS PREPEND ${PROJECT_SOURCE_DIR}/)
 

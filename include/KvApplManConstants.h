@@ -148,9 +148,9 @@ enum KvApplManValue {
     KV_APPLMAN_LOAD_OPTIONS_BIT = 24 ///< where the load options begin in the argument that they share
 };
 
-/// Codes of messages in a pool. Where a message has arguments, its comment begins with their signature and ends with what
-/// they are: %s text, %u and %d number, %x number in hexadecimal.
-/// Codes of the target's own are its business; those that the library itself looks for stand at the end.
+/// Codes of messages in a pool. Where a message has arguments, its comment begins with their signature and ends with
+/// what they are; `%s` is a text, `%u` and `%d` are numbers, `%x` is a number in hexadecimal. Codes of the target's own
+/// are its business; those that the library itself looks for stand at the end.
 enum KvApplManMessage {
     /// an argument or handle is missing or of no use
     KV_APPLMAN_MSG_INVALID_ARGUMENT = 1024,
@@ -174,13 +174,13 @@ enum KvApplManMessage {
     KV_APPLMAN_MSG_NO_COMMAND_CHANNEL_CLIENT = 0x12500008,
     /// the client was not released
     KV_APPLMAN_MSG_COMMAND_CHANNEL_CLIENT_NOT_RELEASED = 0x12500009,
-    /// %s the call failed: name of the function
+    /// `%s` the call failed: name of the function
     KV_APPLMAN_MSG_REMOTE_CALL_FAILED = 0x1250000a,
     /// no file-transfer client
     KV_APPLMAN_MSG_NO_FILE_TRANSFER_CLIENT = 0x1250000b,
     /// the file-transfer client was not deleted
     KV_APPLMAN_MSG_FILE_TRANSFER_CLIENT_NOT_DELETED = 0x1250000c,
-    /// %s%s%s%s a file was not transferred: what was tried, source, target directory, target name
+    /// `%s%s%s%s` a file was not transferred: what was tried, source, target directory, target name
     KV_APPLMAN_MSG_FILE_TRANSFER_FAILED = 0x1250000d,
     /// the command channel was not configured
     KV_APPLMAN_MSG_CHANNEL_NOT_CONFIGURED = 0x1250000e,
@@ -196,51 +196,51 @@ enum KvApplManMessage {
     KV_APPLMAN_MSG_INVALID_STATE = 0x12500015,
     /// the list of applications was not received
     KV_APPLMAN_MSG_APPLICATIONS_NOT_RECEIVED = 0x12500016,
-    /// %d a command failed with a status that has no message of its own: the status
+    /// `%d` a command failed with a status that has no message of its own: the status
     KV_APPLMAN_MSG_UNKNOWN_OPERATION_FAILED = 0x12500020,
-    /// %s%x%s%s no place for a directory: source, application, target path, target name
+    /// `%s%x%s%s` no place for a directory: source, application, target path, target name
     KV_APPLMAN_MSG_DIRECTORY_TARGET_INVALID = 0x12500021,
-    /// %s%x the target knows no directories: source, application
+    /// `%s%x` the target knows no directories: source, application
     KV_APPLMAN_MSG_DIRECTORIES_NOT_SUPPORTED = 0x12500022,
     /// the target's command timeout was not received, or is 0
     KV_APPLMAN_MSG_COMMAND_TIMEOUT_UNKNOWN = 0x12500023,
-    /// %s%s a path for a directory is missing: source, target
+    /// `%s%s` a path for a directory is missing: source, target
     KV_APPLMAN_MSG_DIRECTORY_PATH_MISSING = 0x12500026,
-    /// %x%u%u the list of additional files does not fit: application, its length, number of files
+    /// `%x%u%u` the list of additional files does not fit: application, its length, number of files
     KV_APPLMAN_MSG_FILE_LIST_BUFFER_TOO_SMALL = 0x12500027,
     /// the target refused a parameter
     KV_APPLMAN_MSG_PARAMETER_NOT_SET = 0x12500028,
     /// an access level was not granted
     KV_APPLMAN_MSG_ACCESS_LEVEL_NOT_CLAIMED = 0x1250002a,
-    /// %s no such application binary: path
+    /// `%s` no such application binary: path
     KV_APPLMAN_MSG_BINARY_NOT_FOUND = 0x1250002b,
-    /// %d%x the target refused the list of additional files: its error, application
+    /// `%d%x` the target refused the list of additional files: its error, application
     KV_APPLMAN_MSG_FILE_LIST_REFUSED = 0x1250002c,
-    /// %s%u%x%s%s no place for a file: source, type, application, target path, target name
+    /// `%s%u%x%s%s` no place for a file: source, type, application, target path, target name
     KV_APPLMAN_MSG_FILE_TARGET_INVALID = 0x12500030,
-    /// %x load options are not supported: the options
+    /// `%x` load options are not supported: the options
     KV_APPLMAN_MSG_LOAD_OPTIONS_NOT_SUPPORTED = 0x12500031,
-    /// %s%s%x%u no such file or directory: which of them, source, application, type
+    /// `%s%s%x%u` no such file or directory: which of them, source, application, type
     KV_APPLMAN_MSG_SOURCE_NOT_FOUND = 0x12500032,
     /// the group handle was not created
     KV_APPLMAN_MSG_GROUP_NOT_CREATED = 0x12500033,
-    /// %u%u registration is not offered: number of processes, application number
+    /// `%u%u` registration is not offered: number of processes, application number
     KV_APPLMAN_MSG_REGISTRATION_NOT_OFFERED = 0x12500034,
     /// the target has no groups, and there is more than one slot
     KV_APPLMAN_MSG_GROUPS_NOT_SUPPORTED = 0x12500035,
     /// the processor cores were not read
     KV_APPLMAN_MSG_CORE_IDS_NOT_READ = 0x12500036,
-    /// %s%u%d%x an additional file was not removed: name, type, error of the target, application
+    /// `%s%u%d%x` an additional file was not removed: name, type, error of the target, application
     KV_APPLMAN_MSG_FILE_NOT_REMOVED = 0x12500037,
-    /// %x not paused: application
+    /// `%x` not paused: application
     KV_APPLMAN_MSG_CANNOT_PAUSE = 0x12500038,
-    /// %x no step was made: application
+    /// `%x` no step was made: application
     KV_APPLMAN_MSG_CANNOT_STEP = 0x12500039,
-    /// %u invalid request mode: the mode
+    /// `%u` invalid request mode: the mode
     KV_APPLMAN_MSG_INVALID_FLASH_REQUEST_MODE = 0x1250003a,
     /// the list of flash applications was not read
     KV_APPLMAN_MSG_FLASH_APPLICATIONS_NOT_READ = 0x1250003b,
-    /// %u%u the list of flash applications does not fit: number of them, its length
+    /// `%u%u` the list of flash applications does not fit: number of them, its length
     KV_APPLMAN_MSG_FLASH_BUFFER_TOO_SMALL = 0x1250003c,
     /// an item of a flash application was not received
     KV_APPLMAN_MSG_FLASH_INFORMATION_NOT_RECEIVED = 0x1250003d,
@@ -250,61 +250,61 @@ enum KvApplManMessage {
     KV_APPLMAN_MSG_CANNOT_LOAD_FLASH = 0x1250003f,
     /// a flash application was not cleared
     KV_APPLMAN_MSG_CANNOT_CLEAR_FLASH = 0x12500040,
-    /// %s%u%d%x an additional file was refused: source, type, error of the target, application
+    /// `%s%u%d%x` an additional file was refused: source, type, error of the target, application
     KV_APPLMAN_MSG_FILE_NOT_REGISTERED = 0x12500041,
     /// waiting without a client
     KV_APPLMAN_MSG_WAIT_WITHOUT_CLIENT = 0x12500042,
-    /// %d the target did not finish a command in time: seconds
+    /// `%d` the target did not finish a command in time: seconds
     KV_APPLMAN_MSG_WAIT_TIMED_OUT = 0x12500043,
     /// the device handle names no device
     KV_APPLMAN_MSG_DEVICE_HANDLE_INVALID = 0x12500044,
     /// no memory for the group handle
     KV_APPLMAN_MSG_GROUP_OUT_OF_MEMORY = 0x12500045,
-    /// %u%d the serial number of a slot was not read: slot from 0, status
+    /// `%u%d` the serial number of a slot was not read: slot from 0, status
     KV_APPLMAN_MSG_GROUP_SERIAL_UNREAD = 0x12500046,
-    /// %u%d the address of a slot was not read: slot from 0, status
+    /// `%u%d` the address of a slot was not read: slot from 0, status
     KV_APPLMAN_MSG_GROUP_ADDRESS_UNREAD = 0x12500047,
     /// the group handle was not filled; why stands before it
     KV_APPLMAN_MSG_GROUP_NOT_INITIALIZED = 0x12500048,
-    /// %u%u an application number out of turn: the number, number of slots
+    /// `%u%u` an application number out of turn: the number, number of slots
     KV_APPLMAN_MSG_INVALID_APPL_NO = 0x12500049,
-    /// %u%d the serial number of the device was not read: application number, status
+    /// `%u%d` the serial number of the device was not read: application number, status
     KV_APPLMAN_MSG_REGISTRATION_SERIAL_UNREAD = 0x1250004a,
-    /// %u%u%u not the device of the slot: application number, serial number of the slot, of the device
+    /// `%u%u%u` not the device of the slot: application number, serial number of the slot, of the device
     KV_APPLMAN_MSG_WRONG_DEVICE = 0x1250004b,
-    /// %x%u the group's data were not written to a process: application, target parameter
+    /// `%x%u` the group's data were not written to a process: application, target parameter
     KV_APPLMAN_MSG_GROUP_PARAMETER_NOT_SET = 0x1250004c,
-    /// %u%u too many slots: the most, how many
+    /// `%u%u` too many slots: the most, how many
     KV_APPLMAN_MSG_DEVICE_LIST_TOO_LONG = 0x1250004d,
     /// the size of the group was not read
     KV_APPLMAN_MSG_GROUP_SIZE_UNREAD = 0x1250004e,
-    /// %u%u not the number of slots of the group: slots, processes of the group
+    /// `%u%u` not the number of slots of the group: slots, processes of the group
     KV_APPLMAN_MSG_WRONG_GROUP_SIZE = 0x1250004f,
-    /// %u%u loading failed: slot from 1, number of slots
+    /// `%u%u` loading failed: slot from 1, number of slots
     KV_APPLMAN_MSG_LOAD_FAILED = 0x12500050,
     /// no memory for a text of addresses
     KV_APPLMAN_MSG_ADDRESSES_OUT_OF_MEMORY = 0x12500051,
-    /// %x no access-restriction handle for a process: application
+    /// `%x` no access-restriction handle for a process: application
     KV_APPLMAN_MSG_ACCESS_HANDLE_NOT_CREATED = 0x12500052,
-    /// %x it was not deleted: application
+    /// `%x` it was not deleted: application
     KV_APPLMAN_MSG_ACCESS_HANDLE_NOT_DELETED = 0x12500053,
     /// the number of initialisation calls was not read
     KV_APPLMAN_MSG_INIT_CALLS_UNREAD = 0x12500054,
     /// targets that load completely and others in one group
     KV_APPLMAN_MSG_INIT_CALLS_INCONSISTENT = 0x12500055,
-    /// %u%u%u%u initialising failed: slot from 1, number of slots, call, number of calls
+    /// `%u%u%u%u` initialising failed: slot from 1, number of slots, call, number of calls
     KV_APPLMAN_MSG_INIT_FAILED = 0x12500056,
-    /// %u%u applying failed: slot from 1, number of slots
+    /// `%u%u` applying failed: slot from 1, number of slots
     KV_APPLMAN_MSG_APPLY_FAILED = 0x12500057,
-    /// %s no file in a directory, or no directory: source
+    /// `%s` no file in a directory, or no directory: source
     KV_APPLMAN_MSG_DIRECTORY_NOT_FOUND = 0x12500058,
-    /// %s%s%d a directory was not made on the target: directory, name, error
+    /// `%s%s%d` a directory was not made on the target: directory, name, error
     KV_APPLMAN_MSG_TARGET_DIRECTORY_NOT_CREATED = 0x12500059,
-    /// %s%u a directory was not read to its end: source, error of the system
+    /// `%s%u` a directory was not read to its end: source, error of the system
     KV_APPLMAN_MSG_DIRECTORY_NOT_READ = 0x1250005a,
     /// an argument of the list is missing
     KV_APPLMAN_MSG_INFO_LIST_ARGUMENT_MISSING = 0x1250005b,
-    /// %s no application has this name: the name
+    /// `%s` no application has this name: the name
     KV_APPLMAN_MSG_APPLICATION_NOT_LOADED = 0x1250005c,
     /// not terminated
     KV_APPLMAN_MSG_CANNOT_TERMINATE = 0x12500060,
@@ -324,59 +324,59 @@ enum KvPlatformMessage {
     KV_PLATFORM_MSG_ACCESS_HANDLE_UNKNOWN = 0x12600001,
     /// the filter handle names nothing
     KV_PLATFORM_MSG_FILTER_UNKNOWN = 0x12600002,
-    /// %u no such parameter of a handle: parameter
+    /// `%u` no such parameter of a handle: parameter
     KV_PLATFORM_MSG_PARAMETER_UNKNOWN = 0x12600003,
-    /// %u%u no such element: parameter, index
+    /// `%u%u` no such element: parameter, index
     KV_PLATFORM_MSG_PARAMETER_INDEX_UNKNOWN = 0x12600004,
-    /// %u%u a size does not fit: parameter, bytes needed
+    /// `%u%u` a size does not fit: parameter, bytes needed
     KV_PLATFORM_MSG_PARAMETER_SIZE_WRONG = 0x12600005,
-    /// %u%u a value is not taken: parameter, value
+    /// `%u%u` a value is not taken: parameter, value
     KV_PLATFORM_MSG_PARAMETER_VALUE_REFUSED = 0x12600006,
-    /// %u a text is not zero-terminated: parameter
+    /// `%u` a text is not zero-terminated: parameter
     KV_PLATFORM_MSG_PARAMETER_TEXT_BROKEN = 0x12600007,
-    /// %s not an address: the text
+    /// `%s` not an address: the text
     KV_PLATFORM_MSG_ADDRESS_MALFORMED = 0x12600008,
-    /// %s no memory: what was to be made
+    /// `%s` no memory: what was to be made
     KV_PLATFORM_MSG_OUT_OF_MEMORY = 0x12600009,
-    /// %x%x an access level is refused: level, application
+    /// `%x%x` an access level is refused: level, application
     KV_PLATFORM_MSG_LEVEL_REFUSED = 0x1260000a,
-    /// %u no such kind of filter: kind
+    /// `%u` no such kind of filter: kind
     KV_PLATFORM_MSG_FILTER_KIND_UNKNOWN = 0x1260000b,
     /// a filter without address
     KV_PLATFORM_MSG_FILTER_INCOMPLETE = 0x1260000c,
     /// a filter that was changed and not applied since
     KV_PLATFORM_MSG_FILTER_NOT_APPLIED = 0x1260000d,
-    /// %s the target refuses connections: address
+    /// `%s` the target refuses connections: address
     KV_PLATFORM_MSG_RPC_CONNECTION_REFUSED = 0x1260000e,
-    /// %s the target cannot be reached: address
+    /// `%s` the target cannot be reached: address
     KV_PLATFORM_MSG_RPC_HOST_UNREACHABLE = 0x1260000f,
-    /// %s the target does not answer a connection: address
+    /// `%s` the target does not answer a connection: address
     KV_PLATFORM_MSG_RPC_CONNECT_TIMED_OUT = 0x12600010,
-    /// %s%d no connection: address, error of the system
+    /// `%s%d` no connection: address, error of the system
     KV_PLATFORM_MSG_RPC_CONNECT_FAILED = 0x12600011,
-    /// %s%u no answer in time: address, procedure
+    /// `%s%u` no answer in time: address, procedure
     KV_PLATFORM_MSG_RPC_CALL_TIMED_OUT = 0x12600012,
-    /// %s%u the connection was lost: address, procedure
+    /// `%s%u` the connection was lost: address, procedure
     KV_PLATFORM_MSG_RPC_CONNECTION_LOST = 0x12600013,
-    /// %s%u a reply that cannot be read: address, procedure
+    /// `%s%u` a reply that cannot be read: address, procedure
     KV_PLATFORM_MSG_RPC_REPLY_MALFORMED = 0x12600014,
-    /// %s%u%u a call was refused: address, procedure, RPC status
+    /// `%s%u%u` a call was refused: address, procedure, RPC status
     KV_PLATFORM_MSG_RPC_CALL_REFUSED = 0x12600015,
-    /// %s%u a request was not encoded: address, procedure
+    /// `%s%u` a request was not encoded: address, procedure
     KV_PLATFORM_MSG_RPC_REQUEST_NOT_ENCODED = 0x12600016,
-    /// %s%u%u a client takes no such value: address, parameter, value
+    /// `%s%u%u` a client takes no such value: address, parameter, value
     KV_PLATFORM_MSG_RPC_PARAMETER_REFUSED = 0x12600017,
-    /// %s a client that cannot be used: address
+    /// `%s` a client that cannot be used: address
     KV_PLATFORM_MSG_RPC_CLIENT_UNUSABLE = 0x12600018,
     /// the file-transfer handle names nothing
     KV_PLATFORM_MSG_TRANSFER_HANDLE_UNKNOWN = 0x12600019,
-    /// %s a file cannot be read: path
+    /// `%s` a file cannot be read: path
     KV_PLATFORM_MSG_TRANSFER_SOURCE_UNREADABLE = 0x1260001a,
-    /// %s a file changed while it was sent: path
+    /// `%s` a file changed while it was sent: path
     KV_PLATFORM_MSG_TRANSFER_SOURCE_CHANGED = 0x1260001b,
-    /// %s%s%d the target refused a file: address, operation, result
+    /// `%s%s%d` the target refused a file: address, operation, result
     KV_PLATFORM_MSG_TRANSFER_REFUSED = 0x1260001c,
-    /// %s%s%d or a directory: address, directory, result
+    /// `%s%s%d` or a directory: address, directory, result
     KV_PLATFORM_MSG_TRANSFER_DIRECTORY_REFUSED = 0x1260001d
 };
 
