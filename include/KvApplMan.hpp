@@ -7,8 +7,8 @@
 /// - Messages of a call that succeeds, warnings of the target for instance, go to the handler of Target::onMessages.
 /// - Ownership: a Target holds device and access-restriction handle. Groups and applications share them, so that they
 ///   may outlive the Target object; the last one closes the connections. That must be before the library is unloaded.
-/// - Threads: every call has a pool of its own, so objects may be used from several threads at a time. Only what changes
-///   an object (assignment, Target::onMessages, Group::registerApplication) must not overlap with other uses of it.
+/// - Threads: every call has a pool of its own, so objects may be used from several threads at a time. Only what
+///   changes an object (assignment, Target::onMessages, Group::registerApplication) must not overlap with others.
 /// - Blocking: as the functions do; the ones behind each call are named with it.
 /// - Texts are std::string in UTF-8. Host paths are std::filesystem::path.
 #ifndef KV_APPL_MAN_HPP
@@ -187,8 +187,12 @@ public:
     /// @throws Error the function failed; when applicationId is not 0 then, the target knows the process all the same
     Application registerApplication(std::uint32_t number) {
         const detail::SharedLink& link = linkOf(number);
-        std::uint32_t& id = ids_[number - 1];
-        link->call("KvApplMan_registerAppl_2", KvApplMan_registerAppl_2, handle_.get(), number, &id);
+        const Pool pool;
+        std::uint32_t id = 0;
+        const std::int32_t status =
+            KvApplMan_registerAppl_2(pool, link->device.handle(), link->access.handle(), handle_.get(), number, &id);
+        if (id != 0) ids_[number - 1] = id; // an attempt to register again must not lose the first ID
+        link->finish(status, "KvApplMan_registerAppl_2", pool);
         return {link, id};
     }
 

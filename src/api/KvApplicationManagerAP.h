@@ -21,6 +21,7 @@
 ///   that use the same pool or the same group handle must not overlap. A thread is not cancelled inside a call.
 /// - Texts: zero-terminated UTF-8. Host paths may use the host's separators.
 /// - Null: a pointer must not be null unless the function says so; a null one gives code 1024 and -100.
+/// - C: the same functions, C99. A pool is a pointer there (KvCErrorListPool*), which must not be null.
 /// - Sizes: `size` of an item of any length is in/out. When it is too small, the result is -200 and it holds the size
 ///   needed, so that a call with size 0 is a size query.
 /// - Nothing is thrown. When memory runs out a function gives code 1024 and -100 unless it says otherwise.
@@ -29,43 +30,43 @@
 #ifndef KV_APPLICATION_MANAGER_AP_H
 #define KV_APPLICATION_MANAGER_AP_H
 
-#include <cstdint>
+#include <stdint.h>
 
 #include "KvApplManProgress.h"
 #include "KvApplManVersion.h"
 #include "KvExport.h"
 
-class KvCErrorListPool;
-
 /// A group of application processes, one per slot of a list of devices. Made by KvApplMan_createApplGroupHandle_2, owned
 /// by the host, and freed as a whole by KvApplMan_deleteApplGroupHandle. A host only reads it.
-struct KvSApplGroupHandle {
-    std::uint32_t targetGroupId1;   ///< first word of the identity that the target gave the group; 0 without groups
-    std::uint32_t targetGroupId2;   ///< second word
-    std::uint32_t reserved;         ///< 0
-    std::uint32_t applCount;        ///< number of slots, 1 to 128
-    std::uint32_t lastApplNo;       ///< number of the last slot that registration has dealt with; 0 at first
-    std::uint32_t* cnSerialNumbers; ///< per slot the CN serial number of its device; 0 for an empty slot
-    std::uint32_t* ipAddresses;     ///< per slot the IPv4 address of its device in network order; 0 for an empty slot
-};
+typedef struct KvSApplGroupHandle {
+    uint32_t targetGroupId1;   ///< first word of the identity that the target gave the group; 0 without groups
+    uint32_t targetGroupId2;   ///< second word
+    uint32_t reserved;         ///< 0
+    uint32_t applCount;        ///< number of slots, 1 to 128
+    uint32_t lastApplNo;       ///< number of the last slot that registration has dealt with; 0 at first
+    uint32_t* cnSerialNumbers; ///< per slot the CN serial number of its device; 0 for an empty slot
+    uint32_t* ipAddresses;     ///< per slot the IPv4 address of its device in network order; 0 for an empty slot
+} KvSApplGroupHandle;
 
 /// One element of a list of applications, made by KvApplMan_getApplInfoList and freed by KvApplMan_freeApplInfoList.
-struct KvTApplicationInfo {
-    std::uint32_t applId; ///< application ID
-    char* infoText;       ///< information text (item 22), zero-terminated
-};
+typedef struct KvTApplicationInfo {
+    uint32_t applId; ///< application ID
+    char* infoText;  ///< information text (item 22), zero-terminated
+} KvTApplicationInfo;
 
 /// An additional file of an application, as the target has registered it. The host makes the array of them. What the texts
 /// and the word mean is defined by the target.
-struct TApplManAddFileInfo {
+typedef struct TApplManAddFileInfo {
     char entryText1[1024];        ///< first text, cut to 1022 bytes
     char entryText2[256];         ///< second text, cut to 254 bytes
     char entryText3[1024];        ///< third text, cut to 1022 bytes
-    std::uint32_t entryWord;      ///< the word
+    uint32_t entryWord;           ///< the word
     unsigned char reserved[1024]; ///< zeros
-};
+} TApplManAddFileInfo;
 
+#ifdef __cplusplus
 extern "C" {
+#endif
 
 /// Creates the handle of a group of application processes. The target of the first present device opens the group;
 /// then every present device is asked for its CN serial number. A target that cannot answer for the serial number has
@@ -80,16 +81,16 @@ extern "C" {
 ///         or there are more than 128 slots (0x1250004d); -180: no command channel; -200: the target has no groups and
 ///         there is more than one slot; -840: the target refused or did not answer, a serial number or an address could
 ///         not be read, or memory ran out (0x12500045, 0x12500048)
-KVAPPLMAN_API std::int32_t KvApplMan_createApplGroupHandle_2(KvCErrorListPool& pool, void* const* devHandles,
-                                                             void* const* accessResHandles, std::uint32_t devCount,
-                                                             KvSApplGroupHandle** groupHandle) noexcept;
+KVAPPLMAN_API int32_t KvApplMan_createApplGroupHandle_2(KvCErrorListPool KV_REF pool, void* const* devHandles,
+                                                        void* const* accessResHandles, uint32_t devCount,
+                                                        KvSApplGroupHandle** groupHandle) KV_NOEXCEPT;
 
 /// Frees a group handle. Nothing is sent; the processes of the group stay as they are. Does not block.
 /// @param pool receives messages
 /// @param groupHandle a handle of KvApplMan_createApplGroupHandle_2 that was not deleted yet
 /// @return 0; -100: null
-KVAPPLMAN_API std::int32_t KvApplMan_deleteApplGroupHandle(KvCErrorListPool& pool,
-                                                           KvSApplGroupHandle* groupHandle) noexcept;
+KVAPPLMAN_API int32_t KvApplMan_deleteApplGroupHandle(KvCErrorListPool KV_REF pool,
+                                                      KvSApplGroupHandle* groupHandle) KV_NOEXCEPT;
 
 /// Registers one application process of a group with the target of its slot. Numbers are registered in ascending order;
 /// empty slots are left out. The host's time is sent to the target first, whether it takes it or not, and the group's
@@ -107,9 +108,9 @@ KVAPPLMAN_API std::int32_t KvApplMan_deleteApplGroupHandle(KvCErrorListPool& poo
 ///         read (0x1250004a), or the target refused or did not answer; -176: the target refused the group's data; -180:
 ///         no command channel; -185: the group's data could not be sent, or the target does not offer registration
 ///         (0x12500034); -245: no access-restriction handle for the process, or it could not be deleted
-KVAPPLMAN_API std::int32_t KvApplMan_registerAppl_2(KvCErrorListPool& pool, void* devHandle, void* accessResHandle,
-                                                    KvSApplGroupHandle* groupHandle, std::uint32_t applNo,
-                                                    std::uint32_t* applId) noexcept;
+KVAPPLMAN_API int32_t KvApplMan_registerAppl_2(KvCErrorListPool KV_REF pool, void* devHandle, void* accessResHandle,
+                                               KvSApplGroupHandle* groupHandle, uint32_t applNo,
+                                               uint32_t* applId) KV_NOEXCEPT;
 
 /// Writes one parameter of an application process, or of the target's application manager. For a process, a parameter
 /// that the target does not know is tolerated where the table has a +; the pool is then emptied.
@@ -132,9 +133,9 @@ KVAPPLMAN_API std::int32_t KvApplMan_registerAppl_2(KvCErrorListPool& pool, void
 /// @param valueSize see the table
 /// @return 0; -100: value or a text of a list is null, or a handle is of no use; -176: the target refused; -180: no
 ///         command channel; -185: the call failed; -200: valueSize does not fit; -205: unknown paramId
-KVAPPLMAN_API std::int32_t KvApplMan_setApplParameter(KvCErrorListPool& pool, void* devHandle, void* accessResHandle,
-                                                      std::uint32_t applId, std::uint32_t paramId, const void* value,
-                                                      std::int32_t valueSize) noexcept;
+KVAPPLMAN_API int32_t KvApplMan_setApplParameter(KvCErrorListPool KV_REF pool, void* devHandle, void* accessResHandle,
+                                                 uint32_t applId, uint32_t paramId, const void* value,
+                                                 int32_t valueSize) KV_NOEXCEPT;
 
 /// Brings all processes of a group onto their targets: transfers and loads each binary, then, unless the targets load
 /// completely at once, initialises and applies them. Each process must have been registered. A failure stops the
@@ -156,12 +157,12 @@ KVAPPLMAN_API std::int32_t KvApplMan_setApplParameter(KvCErrorListPool& pool, vo
 ///         group's (0x1250004f) and for targets that do not go together (0x12500055); -175: an item could not be read;
 ///         -176: a target refused a parameter; -180: no command channel; -185: a call failed; -190, -191, -195: the
 ///         transfer failed; -204: an item of the wrong type; -250: a binary was not found
-KVAPPLMAN_API std::int32_t KvApplMan_downloadApplUtf8(KvCErrorListPool& pool, void* const* devHandles,
-                                                      void* const* accessResHandles, const std::uint32_t* applIds,
-                                                      const char* const* applPathsUtf8, std::uint32_t downloadOption,
-                                                      std::uint32_t applCountAndLoadOptions,
-                                                      KvTApplManProgressCallback progressCallback, void* userData,
-                                                      const char* const* targetPathsUtf8) noexcept;
+KVAPPLMAN_API int32_t KvApplMan_downloadApplUtf8(KvCErrorListPool KV_REF pool, void* const* devHandles,
+                                                 void* const* accessResHandles, const uint32_t* applIds,
+                                                 const char* const* applPathsUtf8, uint32_t downloadOption,
+                                                 uint32_t applCountAndLoadOptions,
+                                                 KvTApplManProgressCallback progressCallback, void* userData,
+                                                 const char* const* targetPathsUtf8) KV_NOEXCEPT;
 
 /// Starts a loaded application process and waits until the target has done it.
 /// @param pool receives messages; emptied when the target cannot tell its command timeout, which is then 120 seconds
@@ -170,8 +171,8 @@ KVAPPLMAN_API std::int32_t KvApplMan_downloadApplUtf8(KvCErrorListPool& pool, vo
 /// @param applId the process; any value is sent, the target judges it
 /// @return 0; -100: a handle is of no use; -150: refused, failed or not in time; -175, -204: the target's command timeout
 ///         could not be read; -180: no command channel; -185: a call failed
-KVAPPLMAN_API std::int32_t KvApplMan_startAppl(KvCErrorListPool& pool, void* devHandle, void* accessResHandle,
-                                               std::uint32_t applId) noexcept;
+KVAPPLMAN_API int32_t KvApplMan_startAppl(KvCErrorListPool KV_REF pool, void* devHandle, void* accessResHandle,
+                                          uint32_t applId) KV_NOEXCEPT;
 
 /// Stops an application process and waits until the target has done it. Messages of a refusal or a failed call are
 /// reported under "KvApplMan_stopTerminateAppl".
@@ -180,8 +181,8 @@ KVAPPLMAN_API std::int32_t KvApplMan_startAppl(KvCErrorListPool& pool, void* dev
 /// @param accessResHandle yields the access ID
 /// @param applId the process; any value is sent, the target judges it
 /// @return 0; -160: refused, failed or not in time; -100, -175, -180, -185, -204: as for KvApplMan_startAppl
-KVAPPLMAN_API std::int32_t KvApplMan_stopAppl(KvCErrorListPool& pool, void* devHandle, void* accessResHandle,
-                                              std::uint32_t applId) noexcept;
+KVAPPLMAN_API int32_t KvApplMan_stopAppl(KvCErrorListPool KV_REF pool, void* devHandle, void* accessResHandle,
+                                         uint32_t applId) KV_NOEXCEPT;
 
 /// Terminates an application process and waits until the target has done it. Messages of a refusal or a failed call are
 /// reported under "KvApplMan_stopTerminateAppl".
@@ -190,8 +191,8 @@ KVAPPLMAN_API std::int32_t KvApplMan_stopAppl(KvCErrorListPool& pool, void* devH
 /// @param accessResHandle yields the access ID
 /// @param applId the process; any value is sent, the target judges it
 /// @return 0; -161: refused, failed or not in time; -100, -175, -180, -185, -204: as for KvApplMan_startAppl
-KVAPPLMAN_API std::int32_t KvApplMan_terminateAppl(KvCErrorListPool& pool, void* devHandle, void* accessResHandle,
-                                                   std::uint32_t applId) noexcept;
+KVAPPLMAN_API int32_t KvApplMan_terminateAppl(KvCErrorListPool KV_REF pool, void* devHandle, void* accessResHandle,
+                                              uint32_t applId) KV_NOEXCEPT;
 
 /// Unloads an application process and waits until the target has done it. A target that, while it is asked whether it
 /// is done, no longer knows the process (its code 0x14a00803) has done it.
@@ -200,8 +201,8 @@ KVAPPLMAN_API std::int32_t KvApplMan_terminateAppl(KvCErrorListPool& pool, void*
 /// @param accessResHandle yields the access ID
 /// @param applId the process; any value is sent, the target judges it
 /// @return 0; -170: refused, failed or not in time; -100, -175, -180, -185, -204: as for KvApplMan_startAppl
-KVAPPLMAN_API std::int32_t KvApplMan_unloadAppl(KvCErrorListPool& pool, void* devHandle, void* accessResHandle,
-                                                std::uint32_t applId) noexcept;
+KVAPPLMAN_API int32_t KvApplMan_unloadAppl(KvCErrorListPool KV_REF pool, void* devHandle, void* accessResHandle,
+                                           uint32_t applId) KV_NOEXCEPT;
 
 /// Reads one information item of an application process, or of the target's application manager. Where the target cannot
 /// answer (its code 0x14a00804 stands in the pool) and the item has a default, the default is delivered and the pool is
@@ -249,9 +250,8 @@ KVAPPLMAN_API std::int32_t KvApplMan_unloadAppl(KvCErrorListPool& pool, void* de
 /// @return 0; -100: size is null, buffer is null with a size above 0, a handle is of no use, or memory ran out for item 16
 ///         (0x12500051); -175: the target did not answer; -180: no command channel; -185: the call failed; -200: size is
 ///         not that of the item, negative or too small; -204: the target answered with another type; -205: unknown infoId
-KVAPPLMAN_API std::int32_t KvApplMan_getApplInfo(KvCErrorListPool& pool, void* devHandle, void* accessResHandle,
-                                                 std::uint32_t applId, std::uint32_t infoId, void* buffer,
-                                                 std::int32_t* size) noexcept;
+KVAPPLMAN_API int32_t KvApplMan_getApplInfo(KvCErrorListPool KV_REF pool, void* devHandle, void* accessResHandle,
+                                            uint32_t applId, uint32_t infoId, void* buffer, int32_t* size) KV_NOEXCEPT;
 
 /// Pauses a running application process and waits until the target has done it.
 /// @param pool receives messages; emptied when the target cannot tell its command timeout, which is then 120 seconds
@@ -260,8 +260,8 @@ KVAPPLMAN_API std::int32_t KvApplMan_getApplInfo(KvCErrorListPool& pool, void* d
 /// @param applId the process; any value is sent, the target judges it
 /// @return 0; -165: refused, failed or not in time (0x12500038 comes last); -100, -175, -180, -185, -204: as for
 ///         KvApplMan_startAppl
-KVAPPLMAN_API std::int32_t KvApplMan_pauseAppl(KvCErrorListPool& pool, void* devHandle, void* accessResHandle,
-                                               std::uint32_t applId) noexcept;
+KVAPPLMAN_API int32_t KvApplMan_pauseAppl(KvCErrorListPool KV_REF pool, void* devHandle, void* accessResHandle,
+                                          uint32_t applId) KV_NOEXCEPT;
 
 /// Lets a paused application process run one step and waits until the target has done it.
 /// @param pool receives messages; emptied when the target cannot tell its command timeout, which is then 120 seconds
@@ -270,8 +270,8 @@ KVAPPLMAN_API std::int32_t KvApplMan_pauseAppl(KvCErrorListPool& pool, void* dev
 /// @param applId the process; any value is sent, the target judges it
 /// @return 0; -166: refused, failed or not in time (0x12500039 comes last); -100, -175, -180, -185, -204: as for
 ///         KvApplMan_startAppl
-KVAPPLMAN_API std::int32_t KvApplMan_stepAppl(KvCErrorListPool& pool, void* devHandle, void* accessResHandle,
-                                              std::uint32_t applId) noexcept;
+KVAPPLMAN_API int32_t KvApplMan_stepAppl(KvCErrorListPool KV_REF pool, void* devHandle, void* accessResHandle,
+                                         uint32_t applId) KV_NOEXCEPT;
 
 /// Lists the application processes of a target that are in a state.
 /// @param pool receives messages
@@ -283,9 +283,8 @@ KVAPPLMAN_API std::int32_t KvApplMan_stepAppl(KvCErrorListPool& pool, void* devH
 /// @return 0; -100: count is null, applIds is null with a count above 0, or a handle is of no use; -180: no command
 ///         channel; -185: the call failed; -200: count is negative (nothing is written) or too small; -210: unknown
 ///         state; -215: the target refused
-KVAPPLMAN_API std::int32_t KvApplMan_getApplications(KvCErrorListPool& pool, void* devHandle, void* accessResHandle,
-                                                     std::uint32_t state, std::uint32_t* applIds,
-                                                     std::int32_t* count) noexcept;
+KVAPPLMAN_API int32_t KvApplMan_getApplications(KvCErrorListPool KV_REF pool, void* devHandle, void* accessResHandle,
+                                                uint32_t state, uint32_t* applIds, int32_t* count) KV_NOEXCEPT;
 
 /// Lists the application processes of a target with their information texts, at most 128. Every part of the list is a
 /// request of its own, so that the list is no snapshot.
@@ -300,14 +299,14 @@ KVAPPLMAN_API std::int32_t KvApplMan_getApplications(KvCErrorListPool& pool, voi
 /// @return 0, also when nothing is listed (for a name with 0x1250005c); -100: list or count is null (0x1250005b), or a
 ///         handle is of no use; -175, -204: an item could not be read; -180: no command channel; -185: a call failed;
 ///         -200: more than 128 applications, or a text of 256 bytes or more; -215: the target refused
-KVAPPLMAN_API std::int32_t KvApplMan_getApplInfoList(KvCErrorListPool& pool, void* devHandle, void* accessResHandle,
-                                                     KvTApplicationInfo** list, std::uint32_t* count,
-                                                     const char* name) noexcept;
+KVAPPLMAN_API int32_t KvApplMan_getApplInfoList(KvCErrorListPool KV_REF pool, void* devHandle, void* accessResHandle,
+                                                KvTApplicationInfo** list, uint32_t* count,
+                                                const char* name) KV_NOEXCEPT;
 
 /// Frees a list of KvApplMan_getApplInfoList; one that was freed already is left alone. Sends nothing, does not block.
 /// @param list the list; becomes null; null = nothing happens
 /// @param count the number of its elements; becomes 0; null = nothing happens
-KVAPPLMAN_API void KvApplMan_freeApplInfoList(KvTApplicationInfo** list, std::uint32_t* count) noexcept;
+KVAPPLMAN_API void KvApplMan_freeApplInfoList(KvTApplicationInfo** list, uint32_t* count) KV_NOEXCEPT;
 
 /// Lists the processor cores that a target offers. A target that does not offer the request has one core, 1. A call that
 /// fails for another reason reads as no cores.
@@ -320,9 +319,9 @@ KVAPPLMAN_API void KvApplMan_freeApplInfoList(KvTApplicationInfo** list, std::ui
 /// @param coreIds receives the core IDs; set to zeros first; may be null, but then the result is never 0
 /// @return 0; -100: count is null or a handle is of no use (code 1024), or coreIds is null (no message); -180: no command
 ///         channel; -200: count is too small (no message); -205: another coreKind; -841: the target could not answer
-KVAPPLMAN_API std::int32_t KvApplMan_getAvailableCoreIDs(KvCErrorListPool& pool, void* devHandle, void* accessResHandle,
-                                                         std::uint32_t coreKind, std::uint32_t* count,
-                                                         std::uint32_t* coreIds) noexcept;
+KVAPPLMAN_API int32_t KvApplMan_getAvailableCoreIDs(KvCErrorListPool KV_REF pool, void* devHandle,
+                                                    void* accessResHandle, uint32_t coreKind, uint32_t* count,
+                                                    uint32_t* coreIds) KV_NOEXCEPT;
 
 /// Registers an additional file, or a directory with all that is in it, of an application with the target and transfers
 /// it to where the target wants it. Links are followed; a directory to which a link leads back cannot be loaded. What was
@@ -345,12 +344,12 @@ KVAPPLMAN_API std::int32_t KvApplMan_getAvailableCoreIDs(KvCErrorListPool& pool,
 /// @return 0; -100: an argument is missing, a handle is of no use or memory ran out; -180: no command channel; -185: the
 ///         call failed; -190, -191, -195: the transfer failed; -830: there is no such file, or directory for type 512;
 ///         -832: the target refused, named no place for the file, or knows no directories (0x12500022)
-KVAPPLMAN_API std::int32_t KvApplMan_loadFileUtf8(KvCErrorListPool& pool, void* devHandle, void* accessResHandle,
-                                                  std::uint32_t applId, const char* sourcePathUtf8,
-                                                  const char* targetPathUtf8, const char* targetNameUtf8,
-                                                  std::uint32_t fileType, std::uint32_t fileFlagsAndLoadOptions,
-                                                  KvTApplManProgressCallback progressCallback, void* userData,
-                                                  const char* additionalInfo) noexcept;
+KVAPPLMAN_API int32_t KvApplMan_loadFileUtf8(KvCErrorListPool KV_REF pool, void* devHandle, void* accessResHandle,
+                                             uint32_t applId, const char* sourcePathUtf8, const char* targetPathUtf8,
+                                             const char* targetNameUtf8, uint32_t fileType,
+                                             uint32_t fileFlagsAndLoadOptions,
+                                             KvTApplManProgressCallback progressCallback, void* userData,
+                                             const char* additionalInfo) KV_NOEXCEPT;
 
 /// Lists the additional files that a target has registered for an application.
 /// @param pool receives messages
@@ -362,9 +361,9 @@ KVAPPLMAN_API std::int32_t KvApplMan_loadFileUtf8(KvCErrorListPool& pool, void* 
 /// @param fileInfoList receives the files; set to zeros first; may be null when fileCount is 0
 /// @return 0; -100: an argument is missing or a handle is of no use; -180: no command channel; -185: the call failed;
 ///         -833: fileCount is too small (0x12500027, nothing is copied) or the target refused (0x1250002c)
-KVAPPLMAN_API std::int32_t KvApplMan_getFileInfo(KvCErrorListPool& pool, void* devHandle, void* accessResHandle,
-                                                 std::uint32_t applId, std::uint32_t* fileCount,
-                                                 TApplManAddFileInfo* fileInfoList) noexcept;
+KVAPPLMAN_API int32_t KvApplMan_getFileInfo(KvCErrorListPool KV_REF pool, void* devHandle, void* accessResHandle,
+                                            uint32_t applId, uint32_t* fileCount,
+                                            TApplManAddFileInfo* fileInfoList) KV_NOEXCEPT;
 
 /// Has a target remove an additional file of an application.
 /// @param pool receives messages
@@ -375,9 +374,8 @@ KVAPPLMAN_API std::int32_t KvApplMan_getFileInfo(KvCErrorListPool& pool, void* d
 /// @param fileType the type under which it was loaded
 /// @return 0; -100: an argument is missing or a handle is of no use; -180: no command channel; -185: the call failed;
 ///         -831: the target refused
-KVAPPLMAN_API std::int32_t KvApplMan_removeFile(KvCErrorListPool& pool, void* devHandle, void* accessResHandle,
-                                                std::uint32_t applId, const char* targetName,
-                                                std::uint32_t fileType) noexcept;
+KVAPPLMAN_API int32_t KvApplMan_removeFile(KvCErrorListPool KV_REF pool, void* devHandle, void* accessResHandle,
+                                           uint32_t applId, const char* targetName, uint32_t fileType) KV_NOEXCEPT;
 
 /// Lists the applications in a target's flash memory. A call that fails, for whatever reason, reads as an empty list.
 /// @param pool receives messages
@@ -388,9 +386,9 @@ KVAPPLMAN_API std::int32_t KvApplMan_removeFile(KvCErrorListPool& pool, void* de
 /// @param flashApplIds receives the IDs; set to zeros first; may be null when count is 0
 /// @return 0; -100: count is null, flashApplIds is null with a count above 0, or a handle is of no use; -180: no command
 ///         channel; -200: count is too small (0x1250003c); -850: another requestMode; -851: the target refused
-KVAPPLMAN_API std::int32_t KvApplMan_getFlashApplications(KvCErrorListPool& pool, void* devHandle,
-                                                          void* accessResHandle, std::uint32_t requestMode,
-                                                          std::uint32_t* count, std::uint32_t* flashApplIds) noexcept;
+KVAPPLMAN_API int32_t KvApplMan_getFlashApplications(KvCErrorListPool KV_REF pool, void* devHandle,
+                                                     void* accessResHandle, uint32_t requestMode, uint32_t* count,
+                                                     uint32_t* flashApplIds) KV_NOEXCEPT;
 
 /// Reads one information item of a flash application. Items, buffer and size are those of KvApplMan_getApplInfo, but
 /// there are no defaults and the pool is never emptied.
@@ -403,9 +401,9 @@ KVAPPLMAN_API std::int32_t KvApplMan_getFlashApplications(KvCErrorListPool& pool
 /// @param size in/out, as for KvApplMan_getApplInfo
 /// @return 0; -175: the target did not answer (0x1250003d); -100, -180, -185, -200, -204, -205: as for
 ///         KvApplMan_getApplInfo
-KVAPPLMAN_API std::int32_t KvApplMan_getFlashApplInfo(KvCErrorListPool& pool, void* devHandle, void* accessResHandle,
-                                                      std::uint32_t flashApplId, std::uint32_t infoId, void* buffer,
-                                                      std::int32_t* size) noexcept;
+KVAPPLMAN_API int32_t KvApplMan_getFlashApplInfo(KvCErrorListPool KV_REF pool, void* devHandle, void* accessResHandle,
+                                                 uint32_t flashApplId, uint32_t infoId, void* buffer,
+                                                 int32_t* size) KV_NOEXCEPT;
 
 /// Writes the one item of a flash application that can be written: 64-bit values.
 /// @param pool receives messages
@@ -417,10 +415,9 @@ KVAPPLMAN_API std::int32_t KvApplMan_getFlashApplInfo(KvCErrorListPool& pool, vo
 /// @param size bytes of data; a remainder of 1 to 7 is not sent
 /// @return 0; -100: data is null with a size above 0, or a handle is of no use; -176: the target refused; -180: no
 ///         command channel; -185: the call failed; -205: another infoId
-KVAPPLMAN_API std::int32_t KvApplMan_setFlashApplParameter(KvCErrorListPool& pool, void* devHandle,
-                                                           void* accessResHandle, std::uint32_t flashApplId,
-                                                           std::uint32_t infoId, const void* data,
-                                                           std::uint32_t size) noexcept;
+KVAPPLMAN_API int32_t KvApplMan_setFlashApplParameter(KvCErrorListPool KV_REF pool, void* devHandle,
+                                                      void* accessResHandle, uint32_t flashApplId, uint32_t infoId,
+                                                      const void* data, uint32_t size) KV_NOEXCEPT;
 
 /// Loads an application from a target's flash memory and waits until the target has done it.
 /// @param pool receives messages; emptied when the target cannot tell its command timeout, which is then 120 seconds
@@ -428,8 +425,8 @@ KVAPPLMAN_API std::int32_t KvApplMan_setFlashApplParameter(KvCErrorListPool& poo
 /// @param accessResHandle yields the access ID
 /// @param flashApplId the flash application
 /// @return 0; -852: refused, failed or not in time; -100, -175, -180, -185, -204: as for KvApplMan_startAppl
-KVAPPLMAN_API std::int32_t KvApplMan_loadFlashAppl(KvCErrorListPool& pool, void* devHandle, void* accessResHandle,
-                                                   std::uint64_t flashApplId) noexcept;
+KVAPPLMAN_API int32_t KvApplMan_loadFlashAppl(KvCErrorListPool KV_REF pool, void* devHandle, void* accessResHandle,
+                                              uint64_t flashApplId) KV_NOEXCEPT;
 
 /// Removes an application from a target's flash memory.
 /// @param pool receives messages
@@ -437,9 +434,11 @@ KVAPPLMAN_API std::int32_t KvApplMan_loadFlashAppl(KvCErrorListPool& pool, void*
 /// @param accessResHandle yields the access ID
 /// @param flashApplId the flash application
 /// @return 0; -100: a handle is of no use; -180: no command channel; -185: the call failed; -853: the target refused
-KVAPPLMAN_API std::int32_t KvApplMan_clearFlashAppl(KvCErrorListPool& pool, void* devHandle, void* accessResHandle,
-                                                    std::uint64_t flashApplId) noexcept;
+KVAPPLMAN_API int32_t KvApplMan_clearFlashAppl(KvCErrorListPool KV_REF pool, void* devHandle, void* accessResHandle,
+                                               uint64_t flashApplId) KV_NOEXCEPT;
 
+#ifdef __cplusplus
 } // extern "C"
+#endif
 
 #endif

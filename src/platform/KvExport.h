@@ -1,5 +1,5 @@
 /// @file
-/// Marks what the shared libraries offer. Used by the public headers, so plain C++11.
+/// Marks what the shared libraries offer, and lets C read what C++ declares. Used by the public headers, so C99 and C++11.
 #ifndef KV_EXPORT_H
 #define KV_EXPORT_H
 
@@ -17,6 +17,17 @@
 #else
 #define KVAPPLMAN_API __attribute__((visibility("default")))
 #define KVPLATFORM_API __attribute__((visibility("default")))
+#endif
+
+/// A list of messages. C++ hands it over by reference, C by a pointer that is not null; for both it is the same call.
+#ifdef __cplusplus
+class KvCErrorListPool;
+#define KV_REF &
+#define KV_NOEXCEPT noexcept
+#else
+typedef struct KvCErrorListPool KvCErrorListPool;
+#define KV_REF *
+#define KV_NOEXCEPT
 #endif
 
 /// Lets the compiler compare a signature with its arguments, as it does for printf.

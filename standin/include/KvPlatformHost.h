@@ -8,23 +8,23 @@
 #ifndef KV_PLATFORM_HOST_H
 #define KV_PLATFORM_HOST_H
 
-#include <cstdint>
+#include <stdint.h>
 
 #include "KvExport.h"
 
-class KvCErrorListPool;
-
+#ifdef __cplusplus
 extern "C" {
+#endif
 
 /// Makes an empty pool of messages. The host gives it back with KvPlatform_deletePool. A pool keeps every message that
 /// it receives, those of targets as well, and grows until the host empties it with KvPlatform_clearPool or an operation
 /// does as it says; a host that runs for long empties it when it has read it.
 /// @return the pool, or null when there is no memory
-KVPLATFORM_API KvCErrorListPool* KvPlatform_createPool() noexcept;
+KVPLATFORM_API KvCErrorListPool* KvPlatform_createPool(void) KV_NOEXCEPT;
 
 /// Deletes a pool and its entries.
 /// @param pool a pool of KvPlatform_createPool, or null (then nothing happens)
-KVPLATFORM_API void KvPlatform_deletePool(KvCErrorListPool* pool) noexcept;
+KVPLATFORM_API void KvPlatform_deletePool(KvCErrorListPool* pool) KV_NOEXCEPT;
 
 /// Removes every message of a pool, which may be used again at once. Texts of its entries are no longer valid.
 /// @param pool the pool
@@ -36,85 +36,87 @@ KVPLATFORM_API void KvPlatform_clearPool(KvCErrorListPool& pool) noexcept;
 /// @param cnSerialNumber the serial number of the device's CN, 0 when unknown
 /// @param device receives the device handle; valid until KvPlatform_removeDevice
 /// @return 0, or negative
-KVPLATFORM_API std::int32_t KvPlatform_addDevice(KvCErrorListPool& pool, const char* address,
-                                                 std::uint32_t cnSerialNumber, void** device) noexcept;
+KVPLATFORM_API int32_t KvPlatform_addDevice(KvCErrorListPool KV_REF pool, const char* address, uint32_t cnSerialNumber,
+                                            void** device) KV_NOEXCEPT;
 
 /// Removes a device, closes its connections and deletes its clients and its access-restriction handles. The host sees
 /// to it that no call for the device is under way, and removes its devices before it unloads the application manager.
 /// @param pool receives messages
 /// @param device a handle of KvPlatform_addDevice
 /// @return 0, or negative
-KVPLATFORM_API std::int32_t KvPlatform_removeDevice(KvCErrorListPool& pool, void* device) noexcept;
+KVPLATFORM_API int32_t KvPlatform_removeDevice(KvCErrorListPool KV_REF pool, void* device) KV_NOEXCEPT;
 
 /// Makes an access-restriction handle, which carries an access ID of its own.
 /// @param pool receives messages
 /// @param device a handle of KvPlatform_addDevice
 /// @param handle receives the handle; valid until it or its device is deleted
 /// @return 0, or negative
-KVPLATFORM_API std::int32_t KvHIM_createAccessRestrictionHandle(KvCErrorListPool& pool, void* device,
-                                                                void** handle) noexcept;
+KVPLATFORM_API int32_t KvHIM_createAccessRestrictionHandle(KvCErrorListPool KV_REF pool, void* device,
+                                                           void** handle) KV_NOEXCEPT;
 
 /// Deletes an access-restriction handle.
 /// @param pool receives messages
 /// @param handle a handle of KvHIM_createAccessRestrictionHandle
 /// @return 0, or negative
-KVPLATFORM_API std::int32_t KvHIM_deleteAccessRestrictionHandle(KvCErrorListPool& pool, void* handle) noexcept;
+KVPLATFORM_API int32_t KvHIM_deleteAccessRestrictionHandle(KvCErrorListPool KV_REF pool, void* handle) KV_NOEXCEPT;
 
 /// Counts the messages of a pool.
 /// @param pool the pool
 /// @return the number of entries
-KVPLATFORM_API std::uint32_t KvPlatform_entryCount(const KvCErrorListPool& pool) noexcept;
+KVPLATFORM_API uint32_t KvPlatform_entryCount(const KvCErrorListPool KV_REF pool) KV_NOEXCEPT;
 
 /// Reads an entry's message code.
 /// @param pool the pool
 /// @param index 0 to count - 1
 /// @return the code; 0 for an index outside
-KVPLATFORM_API std::uint32_t KvPlatform_entryCode(const KvCErrorListPool& pool, std::uint32_t index) noexcept;
+KVPLATFORM_API uint32_t KvPlatform_entryCode(const KvCErrorListPool KV_REF pool, uint32_t index) KV_NOEXCEPT;
 
 /// Reads the source line that reported an entry.
 /// @param pool the pool
 /// @param index 0 to count - 1
 /// @return the line; 0 for an index outside
-KVPLATFORM_API std::uint32_t KvPlatform_entryLine(const KvCErrorListPool& pool, std::uint32_t index) noexcept;
+KVPLATFORM_API uint32_t KvPlatform_entryLine(const KvCErrorListPool KV_REF pool, uint32_t index) KV_NOEXCEPT;
 
 /// Reads the name of the operation that reported an entry. Like every text of an entry it is valid until the pool is
 /// next changed or deleted.
 /// @param pool the pool
 /// @param index 0 to count - 1
 /// @return the name; null for an index outside
-KVPLATFORM_API const char* KvPlatform_entryOperation(const KvCErrorListPool& pool, std::uint32_t index) noexcept;
+KVPLATFORM_API const char* KvPlatform_entryOperation(const KvCErrorListPool KV_REF pool, uint32_t index) KV_NOEXCEPT;
 
 /// Reads the signature of an entry's arguments.
 /// @param pool the pool
 /// @param index 0 to count - 1
 /// @return the signature; null when the entry has no arguments, and for an index outside
-KVPLATFORM_API const char* KvPlatform_entrySignature(const KvCErrorListPool& pool, std::uint32_t index) noexcept;
+KVPLATFORM_API const char* KvPlatform_entrySignature(const KvCErrorListPool KV_REF pool, uint32_t index) KV_NOEXCEPT;
 
 /// Counts an entry's arguments.
 /// @param pool the pool
 /// @param index 0 to count - 1
 /// @return the number of arguments; 0 for an index outside
-KVPLATFORM_API std::uint32_t KvPlatform_entryArgumentCount(const KvCErrorListPool& pool, std::uint32_t index) noexcept;
+KVPLATFORM_API uint32_t KvPlatform_entryArgumentCount(const KvCErrorListPool KV_REF pool, uint32_t index) KV_NOEXCEPT;
 
 /// Reads an argument as text: %u and %d in decimal, %x in hexadecimal digits.
 /// @param pool the pool
 /// @param index 0 to count - 1
 /// @param argument 0 to argument count - 1
 /// @return the text; null for an index or argument outside, and when there is no memory
-KVPLATFORM_API const char* KvPlatform_entryArgument(const KvCErrorListPool& pool, std::uint32_t index,
-                                                    std::uint32_t argument) noexcept;
+KVPLATFORM_API const char* KvPlatform_entryArgument(const KvCErrorListPool KV_REF pool, uint32_t index,
+                                                    uint32_t argument) KV_NOEXCEPT;
 
 /// Renders an entry's message from the registered table, with its arguments in place.
 /// @param pool the pool
 /// @param index 0 to count - 1
 /// @return the text; null for an index outside, and when there is no memory
-KVPLATFORM_API const char* KvPlatform_entryText(const KvCErrorListPool& pool, std::uint32_t index) noexcept;
+KVPLATFORM_API const char* KvPlatform_entryText(const KvCErrorListPool KV_REF pool, uint32_t index) KV_NOEXCEPT;
 
 /// Adds an entry of the host's own, without arguments. It is lost when there is no memory for it.
 /// @param pool the pool
 /// @param code the message code
-KVPLATFORM_API void KvPlatform_addEntry(KvCErrorListPool& pool, std::uint32_t code) noexcept;
+KVPLATFORM_API void KvPlatform_addEntry(KvCErrorListPool KV_REF pool, uint32_t code) KV_NOEXCEPT;
 
+#ifdef __cplusplus
 } // extern "C"
+#endif
 
 #endif
