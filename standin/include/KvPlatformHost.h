@@ -28,7 +28,7 @@ KVPLATFORM_API void KvPlatform_deletePool(KvCErrorListPool* pool) KV_NOEXCEPT;
 
 /// Removes every message of a pool, which may be used again at once. Texts of its entries are no longer valid.
 /// @param pool the pool
-KVPLATFORM_API void KvPlatform_clearPool(KvCErrorListPool& pool) noexcept;
+KVPLATFORM_API void KvPlatform_clearPool(KvCErrorListPool KV_REF pool) KV_NOEXCEPT;
 
 /// Adds a device. Nothing is sent to it.
 /// @param pool receives messages
