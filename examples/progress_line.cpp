@@ -46,27 +46,31 @@ int tenthOf(double fraction) { return static_cast<int>(fraction * 10.0); }
 
 ProgressLine::ProgressLine() : terminal_(standardOutputIsTerminal()) {}
 
-ProgressLine::~ProgressLine() { endLine(); }
+ProgressLine::~ProgressLine() { end(); }
 
-void ProgressLine::show(const KvTApplManProgress& progress) {
-    const std::string_view file = progress.fileName;
-    if (file.empty()) return;
+void ProgressLine::show(const kvapplman::Progress& progress) {
+    if (progress.fileName.empty()) return;
 
     const std::string heading = "  phase " + std::to_string(progress.phase) + " of " +
-                                std::to_string(progress.phaseCount) + " " + progress.phaseName + "  " + shortened(file);
+                                std::to_string(progress.phaseCount) + " " + std::string(progress.phaseName) + "  " +
+                                shortened(progress.fileName);
     if (heading != heading_) endLine();
     heading_ = heading;
     fraction_ = progress.fraction;
     if (terminal_ || tenthOf(fraction_) > printedTenth_) print(fraction_);
 }
 
-std::int32_t ProgressLine::ended(std::int32_t status) {
-    const double fraction = status == 0 ? 1.0 : fraction_;
-    const bool shown = !terminal_ && status == 0 && printedTenth_ == tenthOf(fraction);
-    if (!heading_.empty() && !shown) print(fraction);
+void ProgressLine::complete() {
+    fraction_ = 1.0;
+    const bool shown = !terminal_ && printedTenth_ == tenthOf(fraction_);
+    if (shown) heading_.clear();
+    end();
+}
+
+void ProgressLine::end() {
+    if (!heading_.empty()) print(fraction_);
     endLine();
     heading_.clear();
-    return status;
 }
 
 void ProgressLine::endLine() {

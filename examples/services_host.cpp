@@ -3,37 +3,34 @@
 
 #include <cstdint>
 #include <cstdio>
+#include <filesystem>
 #include <optional>
 #include <stdexcept>
 #include <string>
 #include <vector>
 
-#include "KvApplicationManagerAP.h"
-#include "kv_handles.h"
+#include "KvApplMan.hpp"
 #include "progress_line.h"
 #include "steps.h"
 #include "text.h"
 
 namespace {
 
-constexpr std::uint32_t kFileType = 3;
-constexpr std::uint32_t kDirectoryType = 512;
-constexpr std::uint32_t kFlashValues = 1200; // the item of a flash application that can be written
-constexpr std::uint32_t kFileName = 2;       // item
+using kvapplman::Item;
+using kvapplman::toUtf8;
+
+constexpr std::uint32_t kFileType = 3; // any number but that of directories; what it means is the target's business
 
 struct Demo {
-    Demo(const Pool& messages, char** arguments)
-        : pool(messages), binary(arguments[1]), file(arguments[2]), directory(arguments[3]), device(pool, arguments[0]),
-          access(pool, device) {}
+    explicit Demo(char** arguments)
+        : target(arguments[0]), binary(arguments[1]), file(arguments[2]), directory(arguments[3]) {}
 
-    const Pool& pool;
-    const char* const binary;
-    const char* const file;
-    const char* const directory;
-    const Device device;
-    const AccessRestriction access;
-    std::optional<Group> group{};
-    std::uint32_t applId = 0;
+    const kvapplman::Target target;
+    const std::filesystem::path binary;
+    const std::filesystem::path file;
+    const std::filesystem::path directory;
+    std::optional<kvapplman::Group> group{};
+    std::optional<kvapplman::Application> application{};
     std::vector<std::uint32_t> flashIds{};
 };
 
@@ -41,152 +38,88 @@ void expect(bool holds, const char* what) {
     if (!holds) throw std::runtime_error(std::string("Not as expected: ") + what);
 }
 
-std::string baseName(const std::string& path) { return path.substr(path.find_last_of("/\\") + 1); }
-
-std::string withoutExtension(const std::string& name) { return name.substr(0, name.rfind('.')); }
-
-/// Asks how many there are and then for all of them. The question leaves a message when there are any, so it has a pool
-/// of its own; `ask` takes a pool, the number and the elements.
-template <class Element, class Count, class Ask>
-std::vector<Element> listAll(const Pool& pool, const char* what, Ask ask) {
-    const Pool sizeMessages;
-    Count count = 0;
-    ask(sizeMessages, &count, nullptr);
-    std::vector<Element> elements(static_cast<std::size_t>(count));
-    if (!elements.empty()) check(ask(pool, &count, elements.data()), what);
-    return elements;
-}
-
 // Steps
 
 void bringUp(Demo& demo) {
-    void* const device = demo.device;
-    void* const access = demo.access;
-    demo.group.emplace(demo.pool, &device, &access, 1);
-    check(KvApplMan_registerAppl_2(demo.pool, device, access, *demo.group, 1, &demo.applId), "Registering");
-    check(KvApplMan_downloadApplUtf8(demo.pool, &device, &access, &demo.applId, &demo.binary, 0, 1, nullptr, nullptr,
-                                     nullptr),
-          "Downloading");
-    check(KvApplMan_startAppl(demo.pool, device, access, demo.applId), "Starting");
+    demo.group.emplace(demo.target);
+    demo.application = demo.group->registerApplication(1);
+    demo.group->download({demo.binary});
+    demo.application->start();
 }
 
-void load(Demo& demo, const char* path, std::uint32_t type) {
+void load(Demo& demo, const std::filesystem::path& path, std::uint32_t type) {
     ProgressLine line;
-    const std::int32_t status = KvApplMan_loadFileUtf8(demo.pool, demo.device, demo.access, demo.applId, path, "", "",
-                                                       type, 0, showProgress, &line, nullptr);
-    check(line.ended(status), std::string("Loading ") + path);
+    kvapplman::FileOptions options;
+    options.progress = [&](const kvapplman::Progress& progress) { line.show(progress); };
+    demo.application->loadFile(path, type, options);
+    line.complete();
 }
 
 void loadFile(Demo& demo) { load(demo, demo.file, kFileType); }
-void loadDirectory(Demo& demo) { load(demo, demo.directory, kDirectoryType); }
-
-std::vector<TApplManAddFileInfo> files(Demo& demo) {
-    return listAll<TApplManAddFileInfo, std::uint32_t>(
-        demo.pool, "Listing the files", [&](const Pool& pool, std::uint32_t* count, TApplManAddFileInfo* list) {
-            return KvApplMan_getFileInfo(pool, demo.device, demo.access, demo.applId, count, list);
-        });
-}
+void loadDirectory(Demo& demo) { load(demo, demo.directory, KV_APPLMAN_FILE_TYPE_DIRECTORY); }
 
 void listFiles(Demo& demo) {
-    const auto listed = files(demo);
-    for (const TApplManAddFileInfo& info : listed)
-        std::printf("  %-16s type %-4u in %s\n", info.entryText2, info.entryWord, info.entryText3);
+    const auto listed = demo.application->files();
+    for (const kvapplman::AddedFile& file : listed)
+        std::printf("  %-16s type %-4u in %s\n", file.name.c_str(), file.type, file.directory.c_str());
     expect(listed.size() == 2, "a file and a directory are registered");
 }
 
 void removeFile(Demo& demo) {
-    const std::string name = baseName(demo.file);
-    check(KvApplMan_removeFile(demo.pool, demo.device, demo.access, demo.applId, name.c_str(), kFileType),
-          "Removing " + name);
-    expect(files(demo).size() == 1, "the directory is left");
+    demo.application->removeFile(toUtf8(demo.file.filename()), kFileType);
+    expect(demo.application->files().size() == 1, "the directory is left");
 }
 
 void listApplications(Demo& demo) {
-    const std::string name = withoutExtension(baseName(demo.binary));
-    KvTApplicationInfo* list = nullptr;
-    std::uint32_t count = 0;
-    check(KvApplMan_getApplInfoList(demo.pool, demo.device, demo.access, &list, &count, name.c_str()),
-          "Listing the applications called " + name);
-    const bool onlyOurs = count == 1 && list[0].applId == demo.applId;
-    for (std::uint32_t i = 0; i < count; ++i)
-        std::printf("  0x%08x %s\n", list[i].applId, list[i].infoText);
-    KvApplMan_freeApplInfoList(&list, &count);
-    expect(onlyOurs, "one application has this name");
+    const auto listed = demo.target.applications(toUtf8(demo.binary.stem()));
+    for (const kvapplman::ListedApplication& application : listed)
+        std::printf("  0x%08x %s\n", application.id, application.infoText.c_str());
+    expect(listed.size() == 1 && listed[0].id == demo.application->id(), "one application has this name");
 }
 
 void showCores(Demo& demo) {
-    for (const std::uint32_t kind : {0U, 1U}) {
-        const auto cores = listAll<std::uint32_t, std::uint32_t>(
-            demo.pool, "Reading the cores", [&](const Pool& pool, std::uint32_t* count, std::uint32_t* ids) {
-                return KvApplMan_getAvailableCoreIDs(pool, demo.device, demo.access, kind, count, ids);
-            });
-        std::printf("  kind %u: %s\n", kind, joined(cores).c_str());
-        expect(!cores.empty(), "a target has cores");
-    }
+    const auto all = demo.target.cores(kvapplman::Cores::all);
+    const auto free = demo.target.cores(kvapplman::Cores::free);
+    std::printf("  all: %s\n  free: %s\n", textOf(all).c_str(), textOf(free).c_str());
+    expect(!all.empty() && free.size() < all.size(), "a target has cores, and the process runs on one of them");
 }
 
 void pauseAndStep(Demo& demo) {
-    check(KvApplMan_pauseAppl(demo.pool, demo.device, demo.access, demo.applId), "Pausing");
+    demo.application->pause();
     for (int i = 0; i < 3; ++i)
-        check(KvApplMan_stepAppl(demo.pool, demo.device, demo.access, demo.applId), "Stepping");
-    check(KvApplMan_startAppl(demo.pool, demo.device, demo.access, demo.applId), "Going on");
+        demo.application->step();
+    demo.application->start();
 }
 
 void showFlash(Demo& demo) {
-    demo.flashIds = listAll<std::uint32_t, std::uint32_t>(
-        demo.pool, "Listing the flash applications", [&](const Pool& pool, std::uint32_t* count, std::uint32_t* ids) {
-            return KvApplMan_getFlashApplications(pool, demo.device, demo.access, 0, count, ids);
-        });
+    demo.flashIds = demo.target.flashApplicationIds();
     expect(!demo.flashIds.empty(), "the target was given an application in flash memory");
-    for (const std::uint32_t id : demo.flashIds) {
-        char name[256] = {};
-        std::int32_t size = sizeof name;
-        check(KvApplMan_getFlashApplInfo(demo.pool, demo.device, demo.access, id, kFileName, name, &size),
-              "Reading the name");
-        std::printf("  %u: %s\n", id, name);
-    }
+    for (const std::uint32_t id : demo.flashIds)
+        std::printf("  %u: %s\n", id, demo.target.flashApplication(id).info<Item::fileName>().c_str());
 }
 
 void configureFlash(Demo& demo) {
-    const std::uint32_t id = demo.flashIds.front();
+    const auto application = demo.target.flashApplication(demo.flashIds.front());
     const std::vector<std::int64_t> values{1, -2, std::int64_t{1} << 40};
-    const auto bytes = static_cast<std::uint32_t>(values.size() * sizeof values[0]);
-    check(KvApplMan_setFlashApplParameter(demo.pool, demo.device, demo.access, id, kFlashValues, values.data(), bytes),
-          "Setting the values");
-    std::vector<std::int64_t> kept(values.size());
-    auto size = static_cast<std::int32_t>(bytes);
-    check(KvApplMan_getFlashApplInfo(demo.pool, demo.device, demo.access, id, kFlashValues, kept.data(), &size),
-          "Reading the values");
-    expect(kept == values, "the values are those that were set");
-    std::printf("  %zu values of 64 bits set and read back\n", kept.size());
-}
-
-std::size_t applicationCount(Demo& demo) {
-    constexpr std::uint32_t kAnyState = 0;
-    return listAll<std::uint32_t, std::int32_t>(demo.pool, "Listing the applications",
-                                                [&](const Pool& pool, std::int32_t* count, std::uint32_t* ids) {
-                                                    return KvApplMan_getApplications(pool, demo.device, demo.access,
-                                                                                     kAnyState, ids, count);
-                                                })
-        .size();
+    application.setValues(values);
+    expect(application.info<Item::flashValues>() == values, "the values are those that were set");
+    std::printf("  %zu values of 64 bits set and read back\n", values.size());
 }
 
 void loadFlash(Demo& demo) {
-    const std::size_t before = applicationCount(demo);
-    check(KvApplMan_loadFlashAppl(demo.pool, demo.device, demo.access, demo.flashIds.front()), "Loading from flash");
-    expect(applicationCount(demo) == before + 1, "there is one application more");
+    const std::size_t before = demo.target.applicationIds().size();
+    demo.target.flashApplication(demo.flashIds.front()).load();
+    expect(demo.target.applicationIds().size() == before + 1, "there is one application more");
 }
 
 void clearFlash(Demo& demo) {
-    check(KvApplMan_clearFlashAppl(demo.pool, demo.device, demo.access, demo.flashIds.front()), "Clearing");
-    std::uint32_t count = 0;
-    KvApplMan_getFlashApplications(demo.pool, demo.device, demo.access, 0, &count, nullptr);
-    expect(count == demo.flashIds.size() - 1, "one flash application less");
+    demo.target.flashApplication(demo.flashIds.front()).clear();
+    expect(demo.target.flashApplicationIds().size() == demo.flashIds.size() - 1, "one flash application less");
 }
 
 void takeAway(Demo& demo) {
-    check(KvApplMan_stopAppl(demo.pool, demo.device, demo.access, demo.applId), "Stopping");
-    check(KvApplMan_unloadAppl(demo.pool, demo.device, demo.access, demo.applId), "Unloading");
+    demo.application->stop();
+    demo.application->unload();
     demo.group.reset();
 }
 

@@ -7,8 +7,6 @@
 #include <exception>
 #include <vector>
 
-#include "kv_handles.h"
-
 template <class Demo>
 struct Step {
     const char* name;
@@ -34,15 +32,13 @@ void runSteps(const Step<Demo> (&steps)[kCount], Demo& demo) {
 /// Runs all steps on a Demo of the arguments. Result: the exit code; a failure has printed every message.
 template <class Demo, std::size_t kCount>
 int runDemo(const Step<Demo> (&steps)[kCount], char** arguments) {
-    const Pool pool;
     try {
-        Demo demo(pool, arguments);
+        Demo demo(arguments);
         runSteps(steps, demo);
         return 0;
     } catch (const std::exception& failure) {
         std::fflush(stdout);
-        std::fprintf(stderr, "%s. The messages, innermost first:\n", failure.what());
-        printMessages(pool, stderr);
+        std::fprintf(stderr, "%s\n", failure.what());
         return 1;
     }
 }

@@ -213,7 +213,7 @@ public:
         std::vector<const char*> pathTexts;
         std::vector<const char*> targetPathTexts(files.size());
         for (const std::filesystem::path& file : files)
-            paths.push_back(detail::toUtf8(file));
+            paths.push_back(toUtf8(file));
         for (const std::string& path : paths)
             pathTexts.push_back(path.c_str());
         for (std::size_t i = 0; i < options.targetPaths.size(); ++i)

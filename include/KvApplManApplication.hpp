@@ -62,15 +62,17 @@ struct FileOptions {
     ProgressCallback progress{};  ///< receives the progress; may be empty
 };
 
+/// Gives a path, or a part of it, as a text that a target understands.
+/// @param path the path
+/// @return the path in UTF-8
+inline std::string toUtf8(const std::filesystem::path& path) {
+    const auto text = path.u8string(); // of char in C++17, of char8_t in C++20
+    return {text.begin(), text.end()};
+}
+
 /// @cond
 
 namespace detail {
-
-/// C++17 has UTF-8 in char, C++20 in char8_t.
-inline std::string toUtf8(const std::filesystem::path& path) {
-    const auto text = path.u8string();
-    return {text.begin(), text.end()};
-}
 
 inline std::string_view withoutQuotes(std::string_view text) {
     const bool quoted = text.size() >= 2 && text.front() == '"' && text.back() == '"';
@@ -298,10 +300,10 @@ public:
     void loadFile(const std::filesystem::path& source, std::uint32_t type, const FileOptions& options = {}) const {
         const Pool pool;
         detail::ProgressBridge progress(options.progress);
-        const std::int32_t status = KvApplMan_loadFileUtf8(
-            pool, link_->device.handle(), link_->access.handle(), id_, detail::toUtf8(source).c_str(),
-            options.targetPath.c_str(), options.targetName.c_str(), type, options.flags, progress.function(), &progress,
-            options.additionalInfo.c_str());
+        const std::int32_t status =
+            KvApplMan_loadFileUtf8(pool, link_->device.handle(), link_->access.handle(), id_, toUtf8(source).c_str(),
+                                   options.targetPath.c_str(), options.targetName.c_str(), type, options.flags,
+                                   progress.function(), &progress, options.additionalInfo.c_str());
         progress.rethrow();
         link_->finish(status, "KvApplMan_loadFileUtf8", pool);
     }

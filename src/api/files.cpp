@@ -6,6 +6,7 @@
 #include <cstring>
 #include <string>
 
+#include "KvApplManConstants.h"
 #include "api/KvApplicationManagerAP.h"
 #include "frame/calling_frame.h"
 #include "frame/error_codes.h"
@@ -24,9 +25,9 @@ static_assert(offsetof(TApplManAddFileInfo, reserved) == 2308);
 namespace applman {
 namespace {
 
-constexpr std::uint32_t kDirectoryType = 512;
-constexpr std::uint32_t kRetriedType = 6; // a target may know it only as the substitute
-constexpr std::uint32_t kSubstituteType = 2;
+constexpr std::uint32_t kDirectoryType = KV_APPLMAN_FILE_TYPE_DIRECTORY;
+constexpr std::uint32_t kRetriedType = KV_APPLMAN_FILE_TYPE_WITH_FALLBACK;
+constexpr std::uint32_t kSubstituteType = KV_APPLMAN_FILE_TYPE_FALLBACK;
 constexpr std::uint32_t kFileFlagsMask = 0x00FFFFFF;
 
 /// What the host gave.
@@ -45,7 +46,9 @@ struct LoadArguments {
 
     bool isDirectory() const { return fileType == kDirectoryType; }
     std::uint32_t fileFlags() const { return fileFlagsAndLoadOptions & kFileFlagsMask; }
-    std::uint8_t loadOptions() const { return static_cast<std::uint8_t>(fileFlagsAndLoadOptions >> 24); }
+    std::uint8_t loadOptions() const {
+        return static_cast<std::uint8_t>(fileFlagsAndLoadOptions >> KV_APPLMAN_LOAD_OPTIONS_BIT);
+    }
 };
 
 /// The source on the host: its path, and the path as messages show it.

@@ -5,6 +5,7 @@
 #include <cstring>
 #include <vector>
 
+#include "KvApplManConstants.h"
 #include "api/KvApplicationManagerAP.h"
 #include "api/client_level.h"
 #include "frame/calling_frame.h"
@@ -39,7 +40,9 @@ Status KvApplMan_getFlashApplications(KvCErrorListPool& pool, Client* client, st
         return report.fail(Msg::invalidArgument, Status::argument);
     }
     if (capacity > 0) { std::memset(flashApplIds, 0, std::size_t{capacity} * sizeof *flashApplIds); }
-    if (requestMode != 0) { return report.fail(Msg::invalidFlashRequestMode, Status::flashMode, requestMode); }
+    if (requestMode != KV_APPLMAN_FLASH_MODE_ALL) {
+        return report.fail(Msg::invalidFlashRequestMode, Status::flashMode, requestMode);
+    }
     Reply<TApplManFlashListResult> reply{*client};
     // A call that fails, also one that the target does not offer, reads as an empty list.
     static_cast<void>(APPLMAN_GET_FLASH_APPLICATIONS(*client, pool, {accessId, kWireRequestMode}, reply));

@@ -4,6 +4,7 @@
 #include <memory>
 #include <new>
 
+#include "KvApplManConstants.h"
 #include "api/KvApplicationManagerAP.h"
 #include "api/group_devices.h"
 #include "frame/calling_frame.h"
@@ -18,7 +19,7 @@ static_assert(sizeof(KvSApplGroupHandle) == (sizeof(void*) == 8 ? 40 : 28));
 namespace applman {
 namespace {
 
-constexpr std::uint32_t kMostSlots = 128;
+constexpr std::uint32_t kMostSlots = KV_APPLMAN_MOST_SLOTS;
 constexpr std::uint32_t kDeviceAddress = 6; // parameter of a device handle
 
 /// The slots of a group, as the host describes them.

@@ -9,6 +9,7 @@
 #include <utility>
 #include <vector>
 
+#include "KvApplManConstants.h"
 #include "api/KvApplicationManagerAP.h"
 #include "api/client_level.h"
 #include "frame/calling_frame.h"
@@ -21,8 +22,8 @@ static_assert(offsetof(KvTApplicationInfo, infoText) == sizeof(void*));
 namespace applman {
 namespace {
 
-constexpr std::uint32_t kMostListed = 128;
-constexpr std::uint32_t kAnyState = 0; // exported state that lists every application
+constexpr std::uint32_t kMostListed = KV_APPLMAN_MOST_LISTED;
+constexpr std::uint32_t kAnyState = KV_APPLMAN_STATE_ANY;
 
 /// Bytes of an array whose count a caller gave.
 std::size_t bytesOf(std::uint32_t count) { return std::size_t{count} * sizeof(std::uint32_t); }
@@ -164,6 +165,7 @@ Status askForCoreIds(const Reporter& report, const Session& session, std::uint32
 Status getAvailableCoreIds(const Reporter& report, void* devHandle, void* accessResHandle, std::uint32_t coreKind,
                            std::uint32_t* count, std::uint32_t* coreIds) {
     constexpr std::array<std::uint32_t, 2> kRequestKinds{1, 2}; // by core kind
+    static_assert(KV_APPLMAN_CORES_ALL == 0 && KV_APPLMAN_CORES_FREE + 1 == kRequestKinds.size());
     if (count == nullptr) { return report.fail(Msg::invalidArgument, Status::argument); }
     const std::uint32_t capacity = *count;
     if (coreIds != nullptr) { clear(coreIds, capacity); }

@@ -6,6 +6,7 @@
 
 #include "api/KvApplicationManagerAP.h"
 #include "frame/calling_frame.h"
+#include "frame/public_constants.h"
 #include "protocol/parameter_numbers.h"
 #include "protocol/procedures.h"
 #include "protocol/unsupported_param.h"
@@ -72,6 +73,9 @@ constexpr std::array kParameters{
     Parameter{param::kParameter3072, kWord},   Parameter{param::kParameter3073, kDouble},
     Parameter{param::kParameter3074, kDouble}, Parameter{param::kHostTime, kTexts},
 };
+
+static_assert(public_constants::areThoseOf(public_constants::kParams, kParameters,
+                                           [](const Parameter& parameter) { return parameter.numbers.host; }));
 
 const Parameter* findParameter(std::uint32_t paramId) {
     const auto* const found = std::find_if(kParameters.begin(), kParameters.end(), [&](const Parameter& parameter) {

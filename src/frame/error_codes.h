@@ -3,14 +3,15 @@
 
 #include <cstdint>
 
+#include "KvApplManConstants.h"
 #include "platform/error_lists.h"
 
 namespace applman {
 
 // Codes of the target that are recognised, never added.
-inline constexpr std::uint32_t kTargetUnknownProcess = 0x14a00803;
-inline constexpr std::uint32_t kTargetUnsupportedParameter = 0x14a00804;
-inline constexpr std::uint32_t kTargetUnsupportedFileType = 0x14a01077;
+inline constexpr std::uint32_t kTargetUnknownProcess = KV_APPLMAN_TARGET_MSG_UNKNOWN_PROCESS;
+inline constexpr std::uint32_t kTargetUnsupportedParameter = KV_APPLMAN_TARGET_MSG_UNSUPPORTED_PARAMETER;
+inline constexpr std::uint32_t kTargetUnsupportedFileType = KV_APPLMAN_TARGET_MSG_UNSUPPORTED_FILE_TYPE;
 
 inline bool hasCode(const KvCErrorList& list, std::uint32_t code) {
     for (std::uint32_t index = 0; index < list.getErrorCount(); ++index) {

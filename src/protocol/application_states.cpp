@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 
+#include "frame/public_constants.h"
 #include "frame/report.h"
 
 namespace applman {
@@ -10,6 +11,8 @@ namespace {
 
 /// The exported state of each target state.
 constexpr std::array<std::int32_t, 7> kExternStates{1, 2, 3, 4, 0, 5, 6};
+static_assert(public_constants::areThoseOf(public_constants::kStates, kExternStates,
+                                           [](std::int32_t state) { return static_cast<std::uint32_t>(state); }));
 
 } // namespace
 

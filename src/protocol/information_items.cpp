@@ -7,6 +7,7 @@
 #include <array>
 #include <optional>
 
+#include "frame/public_constants.h"
 #include "frame/report.h"
 #include "protocol/information_decode.h"
 #include "protocol/information_defaults.h"
@@ -71,6 +72,8 @@ constexpr bool itemsAreInOrder() {
                           [](const auto& a, const auto& b) { return a.numbers.host < b.numbers.host; });
 }
 static_assert(itemsAreInOrder());
+static_assert(public_constants::areThoseOf(public_constants::kItems, kItems,
+                                           [](const InformationItem& item) { return item.numbers.host; }));
 
 constexpr bool targetParamsAreUnique() {
     return std::all_of(kItems.begin(), kItems.end(), [](const InformationItem& item) {

@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <iterator>
 
+#include "KvApplManConstants.h"
 #include "error_lists/target_messages.h"
 
 namespace platform_messages {
@@ -74,6 +75,17 @@ constexpr bool eachRowStandsAtItsCode() {
     return kBase + kCount == kEnd;
 }
 static_assert(eachRowStandsAtItsCode());
+
+// Users have a name for each of them, with its number, and for nothing else.
+#define CONSTANT(name, camelCase, kCamelCase) static_assert(std::uint32_t{name} == kCamelCase);
+#include <public_constants/PLATFORM_MSG.h>
+#undef CONSTANT
+#define CONSTANT(name, camelCase, kCamelCase) +1
+constexpr std::size_t kNamed = 0
+#include <public_constants/PLATFORM_MSG.h>
+    ;
+#undef CONSTANT
+static_assert(kNamed == kCount);
 
 } // namespace
 
