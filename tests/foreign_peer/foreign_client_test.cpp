@@ -2,7 +2,7 @@
 #include <memory>
 #include <netinet/in.h>
 
-#include "rtos/ipv4_endpoint.h"
+#include "rpc_wire/ipv4_endpoint.h"
 #include "support/one_target.h"
 
 #include "applman.h"
@@ -26,7 +26,7 @@ private:
 
 TEST(ForeignClient, RegistersAProcessAndGetsBackTheParameterThatItHasSet) {
     const TargetDevice device;
-    const auto endpoint = parseIpv4Endpoint(device.address).value();
+    const auto endpoint = kvrpc::parseIpv4Endpoint(device.address).value();
     sockaddr_in target{};
     target.sin_family = AF_INET;
     target.sin_addr.s_addr = endpoint.address;
