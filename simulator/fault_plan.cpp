@@ -90,6 +90,7 @@ FaultRule parseFault(std::string_view text) {
     const auto [calls, faults] = splitAt(text, ':');
     if (!faults) { throw BadFault{quoted(text) + " names no fault"}; }
     FaultRule rule;
+    rule.text = text;
     const auto [call, which] = splitAt(calls, '@');
     setCall(rule, call);
     if (which) { setWhich(rule, *which); }
@@ -134,6 +135,7 @@ std::vector<Fault> FaultPlan::due(const kvrpc::RpcCall& call) {
     const std::lock_guard lock{mutex_};
     for (Counted& counted : rules_) {
         if (!concerns(counted.rule, call) || !isDue(counted.rule, ++counted.calls)) { continue; }
+        ++counted.fired;
         faults.insert(faults.end(), counted.rule.faults.begin(), counted.rule.faults.end());
     }
     std::ranges::stable_sort(faults, {}, &Fault::kind); // rows of one table
@@ -144,6 +146,15 @@ std::vector<Fault> FaultPlan::due(const kvrpc::RpcCall& call) {
 std::uint64_t FaultPlan::faultyCalls() {
     const std::lock_guard lock{mutex_};
     return faultyCalls_;
+}
+
+std::vector<RuleCount> FaultPlan::counts() {
+    const std::lock_guard lock{mutex_};
+    std::vector<RuleCount> all;
+    for (const Counted& counted : rules_) {
+        all.push_back({counted.rule.text, counted.calls, counted.fired});
+    }
+    return all;
 }
 
 void FaultPlan::hold(std::uint64_t connection, kvrpc::Bytes answer) {

@@ -23,6 +23,14 @@ struct FaultRule {
     std::uint32_t last = std::numeric_limits<std::uint32_t>::max();
     std::uint32_t every = 1;
     std::vector<Fault> faults{};
+    std::string text{}; // as it was read; empty for a rule that was not
+};
+
+/// How often a rule has fired.
+struct RuleCount {
+    std::string rule{};      // its text
+    std::uint64_t calls = 0; // that it names
+    std::uint64_t fired = 0; // of these
 };
 
 /// What is wrong with the text of a rule, to be shown to its user.
@@ -48,6 +56,7 @@ public:
     std::vector<Fault> due(const kvrpc::RpcCall& call);
     /// How many calls had faults so far.
     std::uint64_t faultyCalls();
+    std::vector<RuleCount> counts();
 
     /// Holds an answer back until the connection's next one.
     void hold(std::uint64_t connection, kvrpc::Bytes answer);
@@ -58,6 +67,7 @@ private:
     struct Counted {
         FaultRule rule;
         std::uint64_t calls = 0;
+        std::uint64_t fired = 0;
     };
 
     std::mutex mutex_{}; // guards what follows

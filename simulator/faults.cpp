@@ -192,6 +192,11 @@ constexpr FaultKind kKinds[] = {
 
 } // namespace
 
+std::string faultText(const Fault& fault) {
+    const bool hasValue = fault.kind->takes != FaultKind::Value::none;
+    return fault.kind->name + (hasValue ? "=" + std::to_string(fault.value) : "");
+}
+
 const FaultKind* findFaultKind(std::string_view name) noexcept {
     const auto* const found = std::ranges::find(kKinds, name, &FaultKind::name);
     return found == std::end(kKinds) ? nullptr : found;

@@ -4,6 +4,7 @@
 #include <chrono>
 #include <cstdint>
 #include <optional>
+#include <string>
 #include <string_view>
 
 #include "rpc_server/rpc_server.h"
@@ -37,6 +38,9 @@ struct Fault {
     const FaultKind* kind; // a row of the one table, in which the rows stand in the order in which they apply
     std::uint32_t value;
 };
+
+/// "delay=100", "hang".
+std::string faultText(const Fault& fault);
 
 /// Null when there is no such kind.
 const FaultKind* findFaultKind(std::string_view name) noexcept;

@@ -2,6 +2,7 @@
 #include <csignal>
 #include <cstdio>
 #include <exception>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -16,8 +17,11 @@
 
 namespace {
 
+using simulated_target::CommandLine;
+
 constexpr int kCannotRun = 1;
 constexpr int kBadCommandLine = 2;
+constexpr int kFaultMissing = 3;
 
 #if defined(_WIN32)
 
@@ -66,12 +70,34 @@ private:
 
 #endif
 
-void run(const simulated_target::Options& options) {
+/// What the rules have done. Result: the exit code.
+int tellRules(const std::vector<simulated_target::RuleCount>& rules, const CommandLine& line) {
+    int code = 0;
+    for (const auto& rule : rules) {
+        const bool missing = line.requireFaults && rule.fired == 0;
+        if (missing) { code = kFaultMissing; }
+        if (missing || !line.log) { std::fprintf(stderr, "kvtarget: %s\n", ruleText(rule).c_str()); }
+    }
+    return code;
+}
+
+int run(const CommandLine& line) {
     const EndRequests endRequests;
+    std::optional<simulated_target::EventLog> log;
+    simulated_target::Options options = line.target;
+    if (line.log) {
+        log.emplace(line.logFile, line.logFormat);
+        options.onRequest = [&](const simulated_target::RequestReport& report) { log->request(report); };
+    }
     simulated_target::SimulatedTarget target{options};
-    std::printf("kvtarget listening on %s\n", target.start().c_str());
+    const std::string address = target.start();
+    if (log) { log->listening(address, options.store.string()); }
+    std::printf("kvtarget listening on %s\n", address.c_str());
     std::fflush(stdout);
     endRequests.wait();
+    target.stop();
+    if (log) { log->end(target.ruleCounts()); }
+    return tellRules(target.ruleCounts(), line);
 }
 
 std::string address(const simulated_target::Options& options) {
@@ -88,7 +114,7 @@ void warnOfStrangers(const simulated_target::Options& options) {
 } // namespace
 
 int main(int count, char** words) {
-    simulated_target::CommandLine line;
+    CommandLine line;
     try {
         line = simulated_target::parseCommandLine({words + 1, words + count});
     } catch (const simulated_target::BadCommandLine& fault) {
@@ -101,8 +127,7 @@ int main(int count, char** words) {
     }
     warnOfStrangers(line.target);
     try {
-        run(line.target);
-        return 0;
+        return run(line);
     } catch (const std::exception& failure) {
         std::fprintf(stderr, "kvtarget: cannot serve %s with the store %s: %s\n", address(line.target).c_str(),
                      line.target.store.string().c_str(), failure.what());

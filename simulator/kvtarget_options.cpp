@@ -102,12 +102,26 @@ void addFaultFile(CommandLine& line, const std::string& value) {
     line.target.faults.insert(line.target.faults.end(), rules.begin(), rules.end());
 }
 
+void setLog(CommandLine& line, const std::string& value) {
+    line.log = true;
+    line.logFile = value;
+}
+
+void setLogFormat(CommandLine& line, const std::string& value) {
+    if (value != "text" && value != "json") { throw BadValue{inQuotes(value) + " is neither text nor json"}; }
+    line.logFormat = value == "json" ? LogFormat::json : LogFormat::text;
+}
+
+void requireFaults(CommandLine& line, const std::string&) { line.requireFaults = true; }
+
 enum class Given : std::uint8_t { once, often };
+enum class Value : std::uint8_t { none, optional, required };
 
 struct OptionRow {
     const char* group;
     const char* name;
-    const char* value; // what it is called in the help
+    const char* valueName;
+    Value value;
     Given given;
     void (*take)(CommandLine& line, const std::string& value); // throws BadValue
     const char* help;
@@ -117,28 +131,40 @@ constexpr const char* kPlace = "Where it is";
 constexpr const char* kNature = "What it is like";
 constexpr const char* kLacks = "What it lacks";
 constexpr const char* kFaults = "What goes wrong on purpose (docs/faults.md)";
+constexpr const char* kSight = "What one sees of it";
 constexpr const char* kGeneral = "General";
 
 using enum Given;
+using enum Value;
 constexpr auto kSerial = setNumber<&Options::cnSerialNumber, 0, kMostOfWord>;
 constexpr auto kInitCalls = setNumber<&Options::initialisationCalls, 0, kMostInitCalls>;
 constexpr auto kTimeout = setNumber<&Options::commandTimeout, 0, kMostSeconds>;
 constexpr auto kCores = setNumber<&Options::coreCount, 1, kMostCores>;
 
 constexpr OptionRow kRows[] = {
-    {kPlace, "--listen", "ADDRESS[:PORT]", once, setListen, "IPv4 address to listen on; port 0 is any (127.0.0.1:0)"},
-    {kPlace, "--store", "FOLDER", once, setStore, "where files go; made if need be (kvtarget-store-ADDRESS)"},
-    {kNature, "--serial", "NUMBER", once, kSerial, "CN serial number (1)"},
-    {kNature, "--init-calls", "NUMBER", once, kInitCalls, "initialisation calls of a process; 0 is complete load (1)"},
-    {kNature, "--timeout", "SECONDS", once, kTimeout, "time that it asks hosts to grant a command (10)"},
-    {kNature, "--delay", "MILLISECONDS", once, setDelay, "time that it takes for a command (20)"},
-    {kNature, "--cores", "NUMBER", once, kCores, "number of its processor cores (4)"},
-    {kNature, "--flash", "ID[:NAME]", often, addFlashApplication, "an application in its flash memory; repeatable"},
-    {kLacks, "--lack-procedure", "NAME", often, lackProcedure, "a procedure that it does not offer; repeatable"},
-    {kLacks, "--lack-parameter", "NUMBER", often, lackParameter, "a parameter that it does not know; repeatable"},
-    {kLacks, "--lack-file-type", "NUMBER", often, lackFileType, "a type of files that it does not know; repeatable"},
-    {kFaults, "--fault", "RULE", often, addFault, "CALL[@WHICH]:FAULT[=VALUE], as in the example; repeatable"},
-    {kFaults, "--fault-file", "FILE", often, addFaultFile, "a file of such rules, one a line; repeatable"},
+    {kPlace, "--listen", "ADDRESS[:PORT]", required, once, setListen,
+     "IPv4 address to listen on; port 0 is any (127.0.0.1:0)"},
+    {kPlace, "--store", "FOLDER", required, once, setStore, "where files go; made if need be (kvtarget-store-ADDRESS)"},
+    {kNature, "--serial", "NUMBER", required, once, kSerial, "CN serial number (1)"},
+    {kNature, "--init-calls", "NUMBER", required, once, kInitCalls,
+     "initialisation calls of a process; 0 is complete load (1)"},
+    {kNature, "--timeout", "SECONDS", required, once, kTimeout, "time that it asks hosts to grant a command (10)"},
+    {kNature, "--delay", "MILLISECONDS", required, once, setDelay, "time that it takes for a command (20)"},
+    {kNature, "--cores", "NUMBER", required, once, kCores, "number of its processor cores (4)"},
+    {kNature, "--flash", "ID[:NAME]", required, often, addFlashApplication,
+     "an application in its flash memory; repeatable"},
+    {kLacks, "--lack-procedure", "NAME", required, often, lackProcedure,
+     "a procedure that it does not offer; repeatable"},
+    {kLacks, "--lack-parameter", "NUMBER", required, often, lackParameter,
+     "a parameter that it does not know; repeatable"},
+    {kLacks, "--lack-file-type", "NUMBER", required, often, lackFileType,
+     "a type of files that it does not know; repeatable"},
+    {kFaults, "--fault", "RULE", required, often, addFault,
+     "CALL[@WHICH]:FAULT[=VALUE], as in the example; repeatable"},
+    {kFaults, "--fault-file", "FILE", required, often, addFaultFile, "a file of such rules, one a line; repeatable"},
+    {kFaults, "--require-faults", "", none, once, requireFaults, "end with 3 when one of them has never fired"},
+    {kSight, "--log", "[FILE]", optional, once, setLog, "a line per request, on standard error without a file"},
+    {kSight, "--log-format", "text|json", required, once, setLogFormat, "what such a line is (text)"},
 };
 
 /// Lines of one name count together, wherever they stand; CLI11 would drop those behind another name.
@@ -169,7 +195,8 @@ void add(CLI::App& app, const OptionRow& row, CommandLine& line) {
         } catch (const BadValue& bad) { throw CLI::ValidationError{row.name, bad.what()}; }
     };
     CLI::Option* const option = app.add_option_function<Texts>(row.name, take, row.help);
-    option->type_name(row.value)->group(row.group)->expected(1)->allow_extra_args(false);
+    option->type_name(row.valueName)->group(row.group);
+    option->expected(row.value == required ? 1 : 0, row.value == none ? 0 : 1)->allow_extra_args(false);
     option->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
 }
 

@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "simulator/event_log.h"
 #include "simulator/simulated_target.h"
 
 namespace simulated_target {
@@ -12,6 +13,10 @@ namespace simulated_target {
 struct CommandLine {
     std::string toShow{}; // help or version: there is nothing else to do then
     Options target{};
+    bool log = false;
+    std::string logFile{}; // empty = standard error
+    LogFormat logFormat = LogFormat::text;
+    bool requireFaults = false;
 };
 
 /// What is wrong with a command line, to be shown to its user.

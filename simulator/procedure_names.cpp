@@ -12,12 +12,11 @@ namespace {
 
 constexpr std::uint32_t kManager = applman::kApplManProgram;
 constexpr std::uint32_t kFiles = file_transfer::kProgram;
-constexpr int kNone = -1;
 
 // A name is that of the protocol without prefix, in lower case, with hyphens, without the word APPL.
 constexpr NamedProcedure kProcedures[] = {
-    {kManager, 0, "null", kNone},
-    {kManager, applman::kSetParam, "set-param", 2},
+    {kManager, 0, "null"},
+    {kManager, applman::kSetParam, "set-param", 2, 3},
     {kManager, applman::kInitAppl, "init", 2},
     {kManager, applman::kLoadAppl, "load", 2},
     {kManager, applman::kUnloadAppl, "unload", 2},
@@ -25,31 +24,31 @@ constexpr NamedProcedure kProcedures[] = {
     {kManager, applman::kStopAppl, "stop", 2},
     {kManager, applman::kApplyAppl, "apply", 2},
     {kManager, applman::kGetCommandState, "get-command-state", 2},
-    {kManager, applman::kGetParam, "get-param", 2},
-    {kManager, applman::kGetApplications, "get-applications", kNone},
+    {kManager, applman::kGetParam, "get-param", 2, 3},
+    {kManager, applman::kGetApplications, "get-applications"},
     {kManager, applman::kLoadApplComplete, "load-complete", 2},
     {kManager, applman::kAddFile2, "add-file-2", 2},
     {kManager, applman::kAddFile, "add-file", 2},
     {kManager, applman::kGetFileList, "get-file-list", 2},
-    {kManager, applman::kOpenGroup, "open-group", kNone},
-    {kManager, applman::kRegisterAppl, "register", kNone},
-    {kManager, applman::kGetCoreIds, "get-core-ids", kNone},
+    {kManager, applman::kOpenGroup, "open-group"},
+    {kManager, applman::kRegisterAppl, "register"},
+    {kManager, applman::kGetCoreIds, "get-core-ids"},
     {kManager, applman::kRemoveFile, "remove-file", 2},
     {kManager, applman::kPauseAppl, "pause", 1},
     {kManager, applman::kStepAppl, "step", 1},
-    {kManager, applman::kGetFlashApplications, "get-flash-applications", kNone},
-    {kManager, applman::kGetFlashParam, "get-flash-param", kNone},
-    {kManager, applman::kSetFlashParam, "set-flash-param", kNone},
-    {kManager, applman::kLoadFlashAppl, "load-flash", kNone},
-    {kManager, applman::kClearFlashAppl, "clear-flash", kNone},
+    {kManager, applman::kGetFlashApplications, "get-flash-applications"},
+    {kManager, applman::kGetFlashParam, "get-flash-param", -1, 2},
+    {kManager, applman::kSetFlashParam, "set-flash-param", -1, 2},
+    {kManager, applman::kLoadFlashAppl, "load-flash"},
+    {kManager, applman::kClearFlashAppl, "clear-flash"},
     {kManager, applman::kTerminateAppl, "terminate", 1},
-    {kFiles, 0, "file.null", kNone},
-    {kFiles, file_transfer::kOpen, "file.open", kNone},
-    {kFiles, file_transfer::kWrite, "file.write", kNone},
-    {kFiles, file_transfer::kCommit, "file.commit", kNone},
-    {kFiles, file_transfer::kAbort, "file.abort", kNone},
-    {kFiles, file_transfer::kMakeDirectory, "file.make-directory", kNone},
-    {kFiles, file_transfer::kSetTime, "file.set-time", kNone},
+    {kFiles, 0, "file.null"},
+    {kFiles, file_transfer::kOpen, "file.open"},
+    {kFiles, file_transfer::kWrite, "file.write"},
+    {kFiles, file_transfer::kCommit, "file.commit"},
+    {kFiles, file_transfer::kAbort, "file.abort"},
+    {kFiles, file_transfer::kMakeDirectory, "file.make-directory"},
+    {kFiles, file_transfer::kSetTime, "file.set-time"},
 };
 
 template <class Condition>

@@ -11,7 +11,9 @@ struct NamedProcedure {
     std::uint32_t program;
     std::uint32_t number;
     std::string_view name; // "start", "file.write"
-    int applicationAt;     // which word of the request is the ID of a process, from 0; -1 = none
+    // Which words of the request, from 0, are the ID of a process and the number of a parameter; -1 = none.
+    int applicationAt = -1;
+    int parameterAt = -1;
 };
 
 /// By name, "start" or "file.write", or by number, "6" or "file.2". Null when no procedure is called so.

@@ -116,6 +116,9 @@ private:
             return array([this] { return text() && text() && text() && words(1); });
         case 'x':
             return words(16);
+        case 'r':
+            note(ReplyField::result);
+            return words(1);
         default:
             return words(1);
         }

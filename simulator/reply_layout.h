@@ -10,7 +10,7 @@
 
 namespace simulated_target {
 
-enum class ReplyField : std::uint8_t { text, bytes, array, tag, errorList };
+enum class ReplyField : std::uint8_t { text, bytes, array, tag, errorList, result };
 
 /// The offset in a reply's results of the first such field: of its length, its count or its tag. None when the reply has
 /// no such field, or is not what the procedure replies.

@@ -127,6 +127,7 @@ void SimulatedTarget::reboot(std::chrono::milliseconds away) { state_->reboot(aw
 void SimulatedTarget::addFault(FaultRule rule) { state_->service.faults().add(std::move(rule)); }
 void SimulatedTarget::clearFaults() { state_->service.faults().clear(); }
 std::uint64_t SimulatedTarget::faultyCalls() const { return state_->service.faults().faultyCalls(); }
+std::vector<RuleCount> SimulatedTarget::ruleCounts() const { return state_->service.faults().counts(); }
 
 void SimulatedTarget::dropConnections() noexcept { state_->server.dropConnections(); }
 std::uint64_t SimulatedTarget::acceptedConnections() const noexcept { return state_->server.acceptedConnections(); }

@@ -4,6 +4,7 @@
 #include <chrono>
 #include <cstdint>
 #include <filesystem>
+#include <functional>
 #include <map>
 #include <memory>
 #include <set>
@@ -12,6 +13,7 @@
 
 #include "rpc_server/rpc_server.h"
 #include "simulator/fault_plan.h"
+#include "simulator/request_report.h"
 
 namespace simulated_target {
 
@@ -30,6 +32,8 @@ struct Options {
     std::uint32_t coreCount = 4;                              // processor cores, numbered from 1
     bool recordRequests = true;                               // the record grows until it is forgotten
     std::vector<FaultRule> faults{};                          // what goes wrong on purpose
+    /// Called when a request has been answered, by connections' threads, several at once; must not throw.
+    std::function<void(const RequestReport&)> onRequest{};
 };
 
 /// A call that arrived for the application-manager program.
@@ -69,6 +73,7 @@ public:
     void addFault(FaultRule rule);
     void clearFaults(); // those of the options as well
     std::uint64_t faultyCalls() const;
+    std::vector<RuleCount> ruleCounts() const; // in the order in which the rules were given
 
     /// The application-manager requests that arrived, in the order of arrival.
     std::vector<Request> requests() const;

@@ -1,5 +1,7 @@
 #include "simulator/target_service.h"
 
+#include <algorithm>
+#include <iterator>
 #include <utility>
 
 #include "file_transfer/file_transfer_protocol.h"
@@ -44,19 +46,29 @@ void TargetService::forgetEverything() {
 }
 
 kvrpc::RpcReply TargetService::handle(const kvrpc::RpcCall& call) {
+    const auto begin = Clock::now();
+    RequestReport report = reportOf(call, ++requestCount_);
     const std::vector<Fault> faults = faults_.due(call);
-    kvrpc::RpcReply reply;
-    if (faults.empty() || faults.front().kind->answer == nullptr) {
-        reply = carryOut(call);
-    } else {
-        record(call);
-        reply = faults.front().kind->answer(call, faults.front().value);
+    kvrpc::RpcReply reply = answer(call, faults);
+    if (options_.onRequest) {
+        addAnswer(report, reply);
+        std::ranges::transform(faults, std::back_inserter(report.faults), faultText);
     }
-    reply.shape = [this, faults, connection = call.connection, program = call.program,
-                   procedure = call.procedure](kvrpc::Delivery& delivery) {
-        spoil(faults, connection, {program, procedure, delivery});
+    reply.shape = [this, faults, report, begin, connection = call.connection](kvrpc::Delivery& delivery) {
+        const auto reboot = spoil(faults, connection, {report.program, report.procedure, delivery});
+        delivery.afterwards = [this, report, begin, reboot]() mutable {
+            report.duration = std::chrono::duration_cast<std::chrono::microseconds>(Clock::now() - begin);
+            if (options_.onRequest) { options_.onRequest(report); }
+            if (reboot && rebootWanted_) { rebootWanted_(*reboot); }
+        };
     };
     return reply;
+}
+
+kvrpc::RpcReply TargetService::answer(const kvrpc::RpcCall& call, const std::vector<Fault>& faults) {
+    if (faults.empty() || faults.front().kind->answer == nullptr) { return carryOut(call); }
+    record(call);
+    return faults.front().kind->answer(call, faults.front().value);
 }
 
 kvrpc::RpcReply TargetService::carryOut(const kvrpc::RpcCall& call) {
@@ -79,7 +91,8 @@ kvrpc::RpcReply TargetService::manage(const kvrpc::RpcCall& call) {
     return call.procedure == kNullProcedure ? kvrpc::RpcReply{} : manager_->answer(call.procedure, call.arguments);
 }
 
-void TargetService::spoil(const std::vector<Fault>& faults, std::uint64_t connection, Answer answer) {
+std::optional<std::chrono::milliseconds> TargetService::spoil(const std::vector<Fault>& faults,
+                                                              std::uint64_t connection, Answer answer) {
     for (const Fault& fault : faults) {
         if (fault.kind->spoil != nullptr) { fault.kind->spoil(answer, fault.value); }
     }
@@ -91,9 +104,7 @@ void TargetService::spoil(const std::vector<Fault>& faults, std::uint64_t connec
         const kvrpc::Bytes held = faults_.release(connection);
         bytes.insert(bytes.end(), held.begin(), held.end());
     }
-    if (answer.reboot && rebootWanted_) {
-        answer.delivery.afterwards = [this, away = *answer.reboot] { rebootWanted_(away); };
-    }
+    return answer.reboot;
 }
 
 void TargetService::connectionClosed(std::uint64_t connection) noexcept {

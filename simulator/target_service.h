@@ -44,9 +44,12 @@ public:
     std::string hostTime() const { return files_->hostTime(); }
 
 private:
+    kvrpc::RpcReply answer(const kvrpc::RpcCall& call, const std::vector<Fault>& faults);
     kvrpc::RpcReply carryOut(const kvrpc::RpcCall& call);
     kvrpc::RpcReply manage(const kvrpc::RpcCall& call);
-    void spoil(const std::vector<Fault>& faults, std::uint64_t connection, Answer answer);
+    /// Result: how long the target is to be away afterwards; none when it stays.
+    std::optional<std::chrono::milliseconds> spoil(const std::vector<Fault>& faults, std::uint64_t connection,
+                                                   Answer answer);
     void pause(std::chrono::milliseconds time);
     void record(const kvrpc::RpcCall& call);
     /// Records a call and finds the reply prescribed for it, in one go: the order of the record is that of the replies.
@@ -58,6 +61,7 @@ private:
     std::optional<ApplicationManager> manager_{};
     std::optional<FileService> files_{};
     FaultPlan faults_;
+    std::atomic<std::uint64_t> requestCount_{0};
 
     mutable std::mutex mutex_{}; // guards what follows
     std::condition_variable hurried_{};

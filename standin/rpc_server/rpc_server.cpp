@@ -27,10 +27,11 @@ constexpr Deadline::duration kExhaustionPause = std::chrono::milliseconds{50};
 
 struct ServedConnection {
     ServedConnection(Socket accepted, std::uint64_t number, Clock::duration longest)
-        : socket(std::move(accepted)), id(number), recordTime(longest) {}
+        : socket(std::move(accepted)), id(number), peer(socket.peer()), recordTime(longest) {}
 
     Socket socket;
     const std::uint64_t id;
+    const std::string peer;
     const Clock::duration recordTime;
     std::atomic<bool> dropped{false};
     std::atomic<bool> finished{false};
@@ -66,9 +67,10 @@ bool writeReply(const ServedConnection& connection, ByteSpan record) {
     return record.empty();
 }
 
-RpcReply ask(RpcService& service, std::uint64_t connection, const CallHead& head) noexcept {
+RpcReply ask(RpcService& service, const ServedConnection& connection, const CallHead& head) noexcept {
     try {
-        return service.handle({connection, head.program, head.version, head.procedure, head.arguments});
+        return service.handle(
+            {connection.id, head.program, head.version, head.procedure, head.arguments, connection.peer});
     } catch (...) {
         RpcReply reply;
         reply.status = AcceptStatus::systemError;
@@ -110,7 +112,7 @@ bool answer(RpcService& service, const ServedConnection& connection, ByteSpan re
         Bytes denial = deniedReply(head->xid, *head->denial);
         return seal(denial) && writeReply(connection, denial);
     }
-    const RpcReply served = ask(service, connection.id, *head);
+    const RpcReply served = ask(service, connection, *head);
     Delivery delivery{encodeReply(head->xid, served)};
     if (!seal(delivery.bytes)) { return false; }
     if (served.shape) { served.shape(delivery); }
@@ -250,5 +252,14 @@ void RpcServer::dropConnections() noexcept {
 }
 
 std::uint64_t RpcServer::acceptedConnections() const noexcept { return state_->accepted; }
+
+std::map<std::uint64_t, std::string> RpcServer::connections() const {
+    const std::lock_guard lock{state_->mutex};
+    std::map<std::uint64_t, std::string> peers;
+    for (const ServedConnection& connection : state_->connections) {
+        if (!connection.finished) { peers.emplace(connection.id, connection.peer); }
+    }
+    return peers;
+}
 
 } // namespace kvrpc

@@ -4,9 +4,11 @@
 #include <chrono>
 #include <cstdint>
 #include <functional>
+#include <map>
 #include <memory>
 #include <span>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "rpc_wire/rpc_message.h"
@@ -20,6 +22,7 @@ struct RpcCall {
     std::uint32_t version;
     std::uint32_t procedure;
     std::span<const std::uint8_t> arguments;
+    std::string_view peer{}; // "a.b.c.d:port"
 };
 
 /// How an answer goes out, for servers that misbehave on purpose.
@@ -72,6 +75,9 @@ public:
     void dropConnections() noexcept;
 
     std::uint64_t acceptedConnections() const noexcept;
+
+    /// The peers of the connections that there are, "a.b.c.d:port" by the number of the connection.
+    std::map<std::uint64_t, std::string> connections() const;
 
 private:
     struct State;

@@ -299,6 +299,15 @@ std::uint16_t Socket::localPort() const noexcept {
     return ntohs(local.sin_port);
 }
 
+std::string Socket::peer() const {
+    sockaddr_in other{};
+    AddressLength length = sizeof other;
+    if (::getpeername(handleOf(handle_), reinterpret_cast<sockaddr*>(&other), &length) != 0) { return {}; }
+    char address[INET_ADDRSTRLEN]{};
+    ::inet_ntop(AF_INET, &other.sin_addr, address, sizeof address);
+    return std::string{address} + ':' + std::to_string(ntohs(other.sin_port));
+}
+
 Socket Socket::accept(AcceptOutcome& outcome) const noexcept {
     Socket socket{static_cast<std::intptr_t>(acceptHandle(handleOf(handle_)))};
     if (!socket.valid()) {

@@ -38,6 +38,9 @@ public:
     static Socket listen(const std::string& host, std::uint16_t port);
     std::uint16_t localPort() const noexcept;
 
+    /// The other end of a connection, "a.b.c.d:port"; empty when it is not known any more.
+    std::string peer() const;
+
     /// Takes a waiting connection without waiting for one. `exhausted` means that the system is short of something.
     Socket accept(AcceptOutcome& outcome) const noexcept;
 
