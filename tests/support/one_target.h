@@ -38,8 +38,9 @@ inline std::vector<std::string> messages(const Pool& pool) {
 
 using Messages = std::vector<std::string>;
 
-/// Empty when there is no such file.
+/// Empty when there is no such file, and for a folder.
 inline std::string contentOf(const std::filesystem::path& file) {
+    if (!std::filesystem::is_regular_file(file)) { return {}; } // reading a folder throws
     std::ifstream stream{file, std::ios::binary};
     return {std::istreambuf_iterator<char>{stream}, {}};
 }
