@@ -1,6 +1,8 @@
 #include "rpc_wire/socket.h"
 
 #include <algorithm>
+#include <array>
+#include <bit>
 #include <limits>
 #include <system_error>
 
@@ -10,9 +12,7 @@
 #include <mutex>
 
 #include <winsock2.h>
-#include <ws2tcpip.h>
 #else
-#include <arpa/inet.h>
 #include <cerrno>
 #include <fcntl.h>
 #include <netinet/in.h>
@@ -305,9 +305,11 @@ std::string Socket::peer() const {
     sockaddr_in other{};
     AddressLength length = sizeof other;
     if (::getpeername(handleOf(handle_), reinterpret_cast<sockaddr*>(&other), &length) != 0) { return {}; }
-    char address[INET_ADDRSTRLEN]{};
-    ::inet_ntop(AF_INET, &other.sin_addr, address, sizeof address);
-    return std::string{address} + ':' + std::to_string(ntohs(other.sin_port));
+    std::string text;
+    for (const std::uint8_t part : std::bit_cast<std::array<std::uint8_t, 4>>(other.sin_addr)) {
+        text += (text.empty() ? "" : ".") + std::to_string(part);
+    }
+    return text + ':' + std::to_string(ntohs(other.sin_port));
 }
 
 Socket Socket::accept(AcceptOutcome& outcome) const noexcept {

@@ -24,7 +24,8 @@ using Files = std::map<std::string, std::string>;
 Files filesIn(const fs::path& folder) {
     Files files;
     for (const auto& entry : fs::recursive_directory_iterator{folder}) {
-        files[entry.path().lexically_relative(folder).generic_string()] = contentOf(entry.path());
+        const bool hasContent = entry.is_regular_file();
+        files[entry.path().lexically_relative(folder).generic_string()] = hasContent ? contentOf(entry.path()) : "";
     }
     return files;
 }
