@@ -36,11 +36,11 @@ std::int32_t inFlash(const Session& session, KvCErrorListPool& pool, std::uint64
     return procedure(session.client, pool, request, reply);
 }
 
-/// Summarizes a failure in one message that names the process.
-template <Msg message>
-void naming(const Reporter& report, std::uint32_t applId) {
-    report.add(message, applId);
-}
+// Summaries of a failure, which name the process.
+
+void pauseFailed(const Reporter& report, std::uint32_t applId) { report.add(Msg::cannotPause, applId); }
+
+void stepFailed(const Reporter& report, std::uint32_t applId) { report.add(Msg::cannotStep, applId); }
 
 /// When the reply to a command is given back.
 enum class ReplyLasts { untilDone, untilAccepted };
@@ -72,8 +72,8 @@ const Command kStart       {withMode<APPLMAN_START_APPL>,         {start,       
 const Command kStop        {withMode<APPLMAN_STOP_APPL>,          {stop,           M::cannotStop}};
 const Command kTerminate   {withoutMode<APPLMAN_TERMINATE_APPL>,  {terminate,      M::cannotTerminate}};
 const Command kUnload      {withUnloadMode<APPLMAN_UNLOAD_APPL>,  {unload,         M::cannotUnload}};
-const Command kPause       {withoutMode<APPLMAN_PAUSE_APPL>,      {pause}, untilDone, process, naming<M::cannotPause>};
-const Command kStep        {withoutMode<APPLMAN_STEP_APPL>,       {step},  untilDone, process, naming<M::cannotStep>};
+const Command kPause       {withoutMode<APPLMAN_PAUSE_APPL>,      {pause}, untilDone, process, pauseFailed};
+const Command kStep        {withoutMode<APPLMAN_STEP_APPL>,       {step},  untilDone, process, stepFailed};
 const Command kLoadFlash   {inFlash<APPLMAN_LOAD_FLASH_APPL>,     {flashLoad, M::cannotLoadFlash},  untilDone, manager};
 const Command kClearFlash  {inFlash<APPLMAN_CLEAR_FLASH_APPL>,    {flashClear, M::cannotClearFlash}, untilDone, nobody};
 // clang-format on

@@ -11,8 +11,10 @@ struct Step {
 };
 
 void record(const KvTApplManProgress* progress, void* steps) {
-    static_cast<std::vector<Step>*>(steps)->push_back(
-        {std::string(progress->phaseName) + " " + progress->fileName, progress->fraction});
+    static_cast<std::vector<Step>*>(steps)->push_back({std::to_string(progress->phase) + "/" +
+                                                           std::to_string(progress->phaseCount) + " " +
+                                                           progress->phaseName + " " + progress->fileName,
+                                                       progress->fraction});
 }
 
 void throwing(const KvTApplManProgress*, void* calls) {
@@ -99,9 +101,10 @@ TEST_F(Download, LoadsInitialisesInPassesAndApplies) {
         EXPECT_GE(reported.fraction, fraction);
         fraction = reported.fraction;
     }
-    EXPECT_EQ(phases, (std::vector<std::string>{"\"Load\" first.bin", "\"Load\" ", "\"Load\" second.bin",
-                                                "\"Init\" first.bin", "\"Init\" ", "\"Init\" second.bin",
-                                                "\"Apply\" first.bin", "\"Apply\" ", "\"Apply\" second.bin"}));
+    EXPECT_EQ(phases,
+              (std::vector<std::string>{"1/3 \"Load\" first.bin", "1/3 \"Load\" ", "1/3 \"Load\" second.bin",
+                                        "2/3 \"Init\" first.bin", "2/3 \"Init\" ", "2/3 \"Init\" second.bin",
+                                        "3/3 \"Apply\" first.bin", "3/3 \"Apply\" ", "3/3 \"Apply\" second.bin"}));
     EXPECT_DOUBLE_EQ(fraction, 1.0);
     EXPECT_NEAR(steps[steps.size() - 2].fraction, 0.9, 1e-12) << "400 bytes, and as many units per slot and phase";
 }

@@ -17,10 +17,16 @@ constexpr std::uint32_t kNewType = 6; // a target that does not know it gets 2
 
 std::string self(const std::string& what) { return "KvApplMan_loadFileUtf8 " + what; }
 
-void record(const KvTApplManProgress* progress, void* steps) {
+struct Progress {
+    std::set<std::string> steps;
+    double fraction = 0;
+};
+
+void record(const KvTApplManProgress* progress, void* kept) {
     std::ostringstream step;
     step << progress->phase << "/" << progress->phaseCount << " " << progress->phaseName << " " << progress->fileName;
-    static_cast<std::set<std::string>*>(steps)->insert(step.str());
+    static_cast<Progress*>(kept)->steps.insert(step.str());
+    static_cast<Progress*>(kept)->fraction = progress->fraction;
 }
 
 class LoadFile : public ApiTest {
@@ -36,10 +42,10 @@ protected:
     }
 
     Outcome load(const std::string& source, std::uint32_t type, std::uint32_t flags = 0, const char* info = nullptr,
-                 std::set<std::string>* steps = nullptr) {
+                 Progress* progress = nullptr) {
         return outcome(KvApplMan_loadFileUtf8(pool, t.device, t.access, 0xabc, source.c_str(), "given path",
-                                              "given name", type, flags, steps == nullptr ? nullptr : record, steps,
-                                              info));
+                                              "given name", type, flags, progress == nullptr ? nullptr : record,
+                                              progress, info));
     }
 
     /// How the target answers the next registration.
@@ -82,7 +88,9 @@ protected:
 TEST_F(LoadFile, AFileIsRegisteredAsGivenAndSentWhereTheTargetWantsIt) {
     answer("files/here", "named.txt", 0, {0x14a00900});
     const std::string roundabout = tree + "/../a.txt";
-    EXPECT_EQ(load(roundabout, kFile, 0x00fedcba, "info"), (Outcome{0, {"target 0x14a00900"}}));
+    Progress progress;
+    EXPECT_EQ(load(roundabout, kFile, 0x00fedcba, "info", &progress), (Outcome{0, {"target 0x14a00900"}}));
+    EXPECT_EQ(progress.fraction, 1.0);
     EXPECT_EQ(stored("files/here/named.txt"), "content");
     const TApplManAddFileRecord sent{0xabc, kFile, roundabout, "given path", "given name", 0xfedcba, "info", {}, ""};
     EXPECT_EQ(t.target.requests()[0].arguments, wire::bytesOf(TApplManAddFileRequest2{t.accessId, sent}));
@@ -113,11 +121,12 @@ TEST_F(LoadFile, SourceAndPlaceMustFitTheFileType) {
 }
 
 TEST_F(LoadFile, ATreeIsSentWithProgress) {
-    std::set<std::string> steps;
+    Progress progress;
     answer("files/tree", "");
-    ASSERT_EQ(load(tree, kDirectory, 0, nullptr, &steps), (Outcome{0, {}}));
+    ASSERT_EQ(load(tree, kDirectory, 0, nullptr, &progress), (Outcome{0, {}}));
     EXPECT_EQ(stored("files/tree/b.txt") + stored("files/tree/deep/c.txt"), "bbcccccc");
-    EXPECT_EQ(steps, (std::set<std::string>{"1/1 \"Load\" b.txt", "1/1 \"Load\" c.txt"}));
+    EXPECT_EQ(progress.steps, (std::set<std::string>{"1/1 \"Load\" b.txt", "1/1 \"Load\" c.txt"}));
+    EXPECT_EQ(progress.fraction, 1.0);
 }
 
 TEST_F(LoadFile, ATypeThatTheTargetDoesNotKnowIsTriedAsTheOneBefore) {

@@ -7,6 +7,8 @@ namespace {
 
 std::string self(const std::string& what) { return "KvApplMan_createApplGroupHandle_2 " + what; }
 
+bool addressIsRefused = false; // of every device
+
 class Groups : public ApiTest {
 protected:
     Groups() {
@@ -28,6 +30,12 @@ protected:
 };
 
 } // namespace
+
+extern "C" decltype(KvHIM_getParam) __real_KvHIM_getParam, __wrap_KvHIM_getParam;
+std::int32_t __wrap_KvHIM_getParam(KvCErrorListPool& list, void* handle, std::uint32_t id, std::uint32_t index,
+                                   std::uint64_t* size, void* value) noexcept {
+    return id == 6 && addressIsRefused ? 7 : __real_KvHIM_getParam(list, handle, id, index, size, value);
+}
 
 TEST_F(Groups, AGroupHoldsIdentitySerialNumbersAndAddressesPerSlot) {
     ASSERT_EQ(create({gap, t.device, gap, t.device}), (Outcome{0, {}}));
@@ -69,13 +77,15 @@ TEST_F(Groups, ATargetWithoutGroupsServesOneSlotOnly) {
 }
 
 TEST_F(Groups, WhateverFailsNothingIsCreated) {
-    t.target.script(kOpenGroup, wire::reply(TApplManGroupResult{0, 1, wire::errorList({0x14a00900}), 5, 6}));
-    EXPECT_EQ(create({t.device}), (Outcome{-840, {"target 0x14a00900", self("0x12500033")}}))
-        << "any value but 0 is a refusal";
+    t.target.script(kOpenGroup, wire::reply(TApplManGroupResult{0, 1, {}, 5, 6}));
+    EXPECT_EQ(create({t.device}), (Outcome{-840, {self("0x12500033")}})) << "any value but 0 is a refusal";
     t.target.script(kGetParam, wire::value(std::uint32_t{1}));
     t.target.script(kGetParam, wire::noValue());
     EXPECT_EQ(create({t.device, gap, t.device}),
               (Outcome{-840, {"KvApplMan_getApplInfo 0x12500007", self("0x12500046(2,-175)"), self("0x12500048")}}))
         << "the slot is named";
+    addressIsRefused = true;
+    EXPECT_EQ(create({gap, t.device}), (Outcome{-840, {self("0x12500047(1,7)"), self("0x12500048")}}));
+    addressIsRefused = false;
     EXPECT_EQ(group, nullptr);
 }

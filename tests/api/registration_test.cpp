@@ -38,7 +38,15 @@ protected:
 std::string self(const std::string& what) { return "KvApplMan_registerAppl_2 " + what; }
 std::string data(const std::string& what) { return "KvApplMan_setMpParameters " + what; }
 
+bool deletionIsRefused = false;
+
 } // namespace
+
+extern "C" decltype(KvHIM_deleteAccessRestrictionHandle) __real_KvHIM_deleteAccessRestrictionHandle,
+    __wrap_KvHIM_deleteAccessRestrictionHandle;
+std::int32_t __wrap_KvHIM_deleteAccessRestrictionHandle(KvCErrorListPool& list, void* handle) noexcept {
+    return deletionIsRefused ? 7 : __real_KvHIM_deleteAccessRestrictionHandle(list, handle);
+}
 
 TEST_F(Registration, AProcessIsRegisteredAndLearnsItsGroup) {
     ASSERT_EQ(registerNo(1), (Outcome{0, {}}));
@@ -115,13 +123,17 @@ TEST_F(Registration, AProcessStaysRegisteredWhenItsGroupDataAreNotTaken) {
     EXPECT_EQ(registerAnew(), (Outcome{0, {}})) << "data that a target does not know are tolerated";
 }
 
-TEST_F(Registration, AccessLevelsThatAreRefusedAreReported) {
+TEST_F(Registration, AnAccessHandleThatIsRefusedIsReported) {
     host_interface::refuseLevel(0x30002);
     EXPECT_EQ(registerNo(1), (Outcome{-245, {"createSharedApplExclAccessResHandle 0x1250002a"}}));
     EXPECT_EQ(procedures().size(), 3U) << "no group data without the level";
     host_interface::refuseNoLevel();
     host_interface::refuseLevel(0x10001);
     EXPECT_EQ(registerAnew(), (Outcome{-245, {"deleteAccessResHandle 0x1250002a"}}));
+    deletionIsRefused = true;
+    EXPECT_EQ(registerAnew(),
+              (Outcome{-245, {"deleteAccessResHandle 0x1250002a", "deleteAccessResHandle 0x12500053(99)"}}));
+    deletionIsRefused = false;
 }
 
 TEST_F(Registration, ATargetThatGivesNoApplicationIdGetsNoGroupData) {

@@ -4,8 +4,7 @@
 #include <array>
 #include <atomic>
 #include <cstdlib>
-#include <fstream>
-#include <future>
+#include <deque>
 #include <random>
 #include <thread>
 
@@ -47,6 +46,10 @@ simulated_target::Options optionsOf(std::uint32_t device) {
     return options;
 }
 
+// Calls.
+std::atomic<std::uint32_t> done{0};
+std::atomic<std::uint32_t> failed{0};
+
 class Worker {
 public:
     Worker(const TargetDevice& target, std::uint32_t device, std::uint32_t seed, std::string file)
@@ -67,21 +70,17 @@ public:
 
     /// With a target that works: everything does.
     void workWell() {
-        failed_ = 0;
+        const std::uint32_t before = failed;
         work();
-        EXPECT_EQ(failed_, 0U) << "device " << device_;
+        EXPECT_EQ(failed, before) << "device " << device_;
     }
-
-    std::uint64_t done() const { return done_; }
-    std::uint64_t failed() const { return failed_; }
 
 private:
     bool did(std::int32_t status) {
         EXPECT_LE(status, 0);
-        const bool spoken = pool_->getErrorCount() > 0;
-        EXPECT_TRUE(status == 0 || spoken) << status;
+        EXPECT_TRUE(status == 0 || pool_->getErrorCount() > 0) << status;
         pool_->reset();
-        ++(status == 0 ? done_ : failed_);
+        ++(status == 0 ? done : failed);
         return status == 0;
     }
 
@@ -109,8 +108,6 @@ private:
     std::mt19937 random_;
     const Pool pool_{};
     Call call_;
-    std::uint64_t done_ = 0;
-    std::uint64_t failed_ = 0;
 };
 
 std::chrono::seconds soakTime() {
@@ -120,30 +117,24 @@ std::chrono::seconds soakTime() {
 
 TEST(Soak, EveryAnswerIsItsCallersOwn) {
     TemporaryFolder folder;
-    const std::string file = (folder.path() / "appl.bin").string();
-    std::ofstream{file, std::ios::binary} << std::string(100'000, 'a');
-
+    const std::string file = folder.file("appl.bin", std::string(100'000, 'a'));
     std::array<TargetDevice, kDevices> devices{TargetDevice{optionsOf(0)}, TargetDevice{optionsOf(1)},
                                                TargetDevice{optionsOf(2)}, TargetDevice{optionsOf(3)}};
-    std::vector<std::unique_ptr<Worker>> workers;
+    std::deque<Worker> workers;
     for (std::uint32_t i = 0; i < kThreads; ++i) {
-        workers.push_back(std::make_unique<Worker>(devices[i % kDevices], i % kDevices, i, file));
-    }
-    for (const auto& worker : workers) {
-        worker->workWell();
+        workers.emplace_back(devices[i % kDevices], i % kDevices, i, file).workWell();
     }
     const std::size_t handles = openHandles();
     const auto shortened = [&](std::uint32_t i) { return ShortenedLimits{kCallTimeout, devices[i].device}; };
     const std::array<ShortenedLimits, kDevices> limits{shortened(0), shortened(1), shortened(2), shortened(3)};
 
-    std::atomic<bool> over{false};
-    std::vector<std::future<void>> threads;
-    for (const auto& worker : workers) {
-        threads.push_back(std::async(std::launch::async, [&worker, &over] {
-            while (!over) {
-                worker->work();
+    std::vector<std::jthread> threads;
+    for (Worker& worker : workers) {
+        threads.emplace_back([&worker](const std::stop_token& end) {
+            while (!end.stop_requested()) {
+                worker.work();
             }
-        }));
+        });
     }
     const auto end = Clock::now() + soakTime();
     std::uint32_t restarts = 0;
@@ -162,24 +153,16 @@ TEST(Soak, EveryAnswerIsItsCallersOwn) {
         device.target.clearFaults();
         device.target.reboot();
     }
-    over = true;
-    for (auto& thread : threads) {
-        thread.get();
+    for (std::jthread& thread : threads) {
+        thread.request_stop();
     }
-
-    std::uint64_t done = 0;
-    std::uint64_t failed = 0;
-    for (const auto& worker : workers) {
-        done += worker->done();
-        failed += worker->failed();
-    }
-    std::printf("%u restarts, %llu calls that succeeded, %llu that failed\n", restarts,
-                static_cast<unsigned long long>(done), static_cast<unsigned long long>(failed));
+    threads.clear();
+    std::printf("%u restarts, %u calls that succeeded, %u that failed\n", restarts, done.load(), failed.load());
     EXPECT_GT(done, failed);
     EXPECT_GT(failed, restarts); // it was no walk in the park
-    for (const auto& worker : workers) {
-        worker->work(); // whoever has not called since the last restart finds its connection closed
-        worker->workWell();
+    for (Worker& worker : workers) {
+        worker.work(); // whoever has not called since the last restart finds its connection closed
+        worker.workWell();
     }
     for (int i = 0; i < 1000 && openHandles() > handles; ++i) { // the targets close their side later
         std::this_thread::sleep_for(2ms);

@@ -39,14 +39,15 @@ struct Row {
     std::int32_t status = 0;     // with enough memory
     std::uint32_t procedure = 0; // that gets this reply
     simulated_target::ScriptedReply reply{};
+    std::uint32_t message = 0; // that one of the failures has
 };
 
 void PrintTo(const Row& row, std::ostream* stream) { *stream << row.name; }
 
 // clang-format off
 const Row kRows[] = {
-    {"createGroup", createGroup, kGroup},
-    {"registerAppl", registerAppl, kRegistration, Lack::mayNotMatter},
+    {"createGroup", createGroup, kGroup, Lack::fails, 0, 0, {}, 0x12500045},
+    {"registerAppl", registerAppl, kRegistration, Lack::mayNotMatter, 0, 0, {}, 0x12500052},
     {"registerApplRefused", registerAppl, kRegistration, Lack::fails, -110, kRegisterAppl,
      wire::reply(TApplManRegisterResult{-1, 3, {}, {}, wire::errorList({0x14a00900})})},
     {"setApplParameter", setParameter, kCall},
@@ -58,7 +59,8 @@ const Row kRows[] = {
     {"unloadAppl", command<KvApplMan_unloadAppl>, kCall},
     {"pauseAppl", command<KvApplMan_pauseAppl>, kCall},
     {"stepAppl", command<KvApplMan_stepAppl>, kCall},
-    {"getApplInfo", readAddresses, kCall},
+    {"getApplInfo", readAddresses, kCall, Lack::fails, 0, kGetParam,
+     wire::value(Words{0x0100007f, 0x0100007f}), 0x12500051},
     {"getApplInfoDefault", readAddresses, kDownload, Lack::mayReadAsNothing, 0, kGetParam, wire::noValue({0x14a00804})},
     {"getApplications", getApplications, kCall, Lack::fails, 0, kGetApplications, wire::value(Words{8, 9})},
     {"getApplInfoList", getInfoList, kCall, Lack::mayReadAsNothing},
@@ -103,6 +105,9 @@ protected:
             failed = memory.hasFailed();
         }
         ended.messages = made.pool.getErrorCount();
+        for (std::uint32_t i = 0; i < ended.messages; ++i) {
+            told = told || made.pool.getErrorCode(i) == row.message;
+        }
         ended.out = made.out;
         made.pool.reset();
         return ended;
@@ -126,6 +131,7 @@ protected:
 
     static constexpr std::size_t kEnough = 1U << 30;
     const Row& row = GetParam();
+    bool told = row.message == 0;
     bool failed = true;      // the call has lacked memory
     bool gotNothing = false; // from it
     std::ptrdiff_t held = 0; // by the device, after its calls
@@ -157,6 +163,7 @@ TEST_P(Exhaustion, CostsTheCallAtMost) {
                 << first.status << " at " << allowed;
         }
     }
+    EXPECT_TRUE(told);
 }
 
 INSTANTIATE_TEST_SUITE_P(Functions, Exhaustion, testing::ValuesIn(kRows),

@@ -52,6 +52,20 @@ TEST_F(FileTransfer, EveryFailureOfASingleFileKeepsItsStatus) {
     }
 }
 
+TEST_F(FileTransfer, ATreeNeedsTwoPathsAndATargetThatMakesItsDirectories) {
+    tree.file("sub/f", 1);
+    channel.results["make /dir|sub"] = -7;
+    EXPECT_EQ(sendTree(), Status::transfer);
+    EXPECT_EQ(channel.calls, (Texts{"create", "make /dir|sub", "delete"}));
+    EXPECT_EQ(sendTree(""), Status::transfer);
+    EXPECT_EQ(copyDirToTarget(pool, channel.device(), nullptr, u"", "/dir", 0, nullptr), Status::transfer);
+    EXPECT_EQ(copyDirToTarget(pool, channel.device(), nullptr, nullptr, nullptr, 0, nullptr), Status::transfer);
+    EXPECT_EQ(messages(pool),
+              (Texts{"copyDirToTarget 0x12500059(/dir,sub,-7)", "copyDirToTarget 0x12500026(" + shown() + ",)",
+                     "copyDirToTarget 0x12500026(,/dir)", "copyDirToTarget 0x12500026(<NULL>,<NULL>)"}));
+    EXPECT_EQ(channel.calls.size(), 3U);
+}
+
 TEST_F(FileTransfer, ProgressNeverExceedsTheWholeAndKeepsWhatAnUpdateLeavesOut) {
     tracker.totalUnits = 8;
     updateProgress(&tracker, "D:\\a\\model.x86", 2, kPhaseInit, 2, 3);
