@@ -116,12 +116,13 @@ def file_name(library: str) -> str:
 
 
 def directory() -> Path | None:
-    """The folder with both libraries: the one that the environment names, else the package's own or one of the three
-    above it (a prefix that holds this package holds the libraries there). None leaves it to the system's loader."""
+    """The folder with both libraries: the one that the environment names, else the package's own, or one that an
+    installation with this package has above it. None leaves it to the system's loader."""
     named = os.environ.get(DIRECTORY_VARIABLE)
     if named:
         return Path(named)
-    for folder in [_PACKAGE, *_PACKAGE.parents[:3]]:
+    above = list(_PACKAGE.parents)[:4]
+    for folder in [_PACKAGE, *above, *(parent / "bin" for parent in above if _WINDOWS)]:
         if (folder / file_name("KvPlatform")).is_file():
             return folder
     return None

@@ -2,6 +2,8 @@
 
 from enum import Enum, IntEnum
 
+VERSION = "1.0.0"
+
 
 class Status(IntEnum):
     OK = 0  #: success

@@ -34,7 +34,7 @@ def test_an_application_lives_from_download_to_unload(target, binary):
     reports = []
     with Group([None, target]) as group:
         application = group.register(2)
-        group.download([None, binary], target_paths=[None, "over/there.bin"], progress=reports.append)
+        group.download([None, binary], target_paths=[None, "over\\there.bin"], progress=reports.append)
     assert reports[-1].fraction == 1.0 and {at.file_name for at in reports} >= {"a.bin"}
     assert (application.info(Item.FILE_NAME), application.info(Item.GROUP_SIZE)) == ("there.bin", 2)
     for command, state in (("start", State.RUNNING), ("pause", State.PAUSED), ("step", State.PAUSED),
