@@ -24,9 +24,10 @@ from .errors import Error, Message, Pool, text_of
 PathLike = Union[str, "os.PathLike[str]"]
 MessageHandler = Callable[[str, "tuple[Message, ...]"], None]
 
+_NO_FUNCTION: Any = ctypes.cast(None, ProgressFunction)
 _FIRST_TRY = 256  # bytes; one request does for most items
-_ARRAYS = {Kind.TEXT: ctypes.c_char, Kind.TEXTS: ctypes.c_char, Kind.WORDS: ctypes.c_uint32, Kind.QUADS: ctypes.c_int64}
-_SCALARS = {
+_ARRAYS: dict[Kind, Any] = {Kind.TEXT: ctypes.c_char, Kind.TEXTS: ctypes.c_char, Kind.WORDS: ctypes.c_uint32, Kind.QUADS: ctypes.c_int64}
+_SCALARS: dict[Kind, Any] = {
     Kind.STATE: ctypes.c_uint32,
     Kind.WORD: ctypes.c_uint32,
     Kind.QUAD: ctypes.c_int64,
@@ -74,7 +75,7 @@ class _ProgressBridge:
     def __init__(self, callback: Optional[ProgressCallback]) -> None:
         self._callback = callback
         self._raised: Optional[BaseException] = None
-        self.function = ProgressFunction(self._receive) if callback else ProgressFunction()
+        self.function = ProgressFunction(self._receive) if callback else _NO_FUNCTION
 
     def _receive(self, record: Any, _: Any) -> None:
         if self._raised is not None or self._callback is None:
@@ -208,7 +209,7 @@ class Target:
         if messages and self.on_messages is not None:
             self.on_messages(function, messages)
 
-    def _list(self, function: str, count_type: Any, element: Any, *arguments: Any, count_first: bool = True) -> Any:
+    def _list(self, function: str, count_type: Any, element: Any, *arguments: Any, count_first: bool = True) -> list[Any]:
         """Asks for a list until it fits."""
         capacity = int(Value.MOST_LISTED)
         while True:
@@ -217,7 +218,7 @@ class Target:
             last = (ctypes.byref(count), elements) if count_first else (elements, ctypes.byref(count))
             try:
                 self.call(function, *arguments, *last)
-                return elements[: count.value]
+                return list(elements[: count.value])
             except Error:
                 if count.value <= capacity:
                     raise
