@@ -24,7 +24,7 @@ from .errors import Error, Message, Pool, text_of
 PathLike = Union[str, "os.PathLike[str]"]
 MessageHandler = Callable[[str, "tuple[Message, ...]"], None]
 
-_NO_FUNCTION: Any = ctypes.cast(None, ProgressFunction)
+_NO_FUNCTION: Any = ctypes.cast(0, ProgressFunction)
 _FIRST_TRY = 256  # bytes; one request does for most items
 _ARRAYS: dict[Kind, Any] = {Kind.TEXT: ctypes.c_char, Kind.TEXTS: ctypes.c_char, Kind.WORDS: ctypes.c_uint32, Kind.QUADS: ctypes.c_int64}
 _SCALARS: dict[Kind, Any] = {
