@@ -50,3 +50,15 @@ kv_debian_package(tools kvapplman-tools devel
   "The program kvtarget, a simulated real-time target to develop host
 programs against without hardware."
   DEPENDS library)
+
+kv_debian_package(python python3-kvapplman python
+  "application manager access point, for Python"
+  "The Python package kvapplman, to write host programs in Python, and a
+plugin for pytest that gives tests a simulated target."
+  DEPENDS library)
+set(CPACK_DEBIAN_PYTHON_PACKAGE_ARCHITECTURE all)
+set(CPACK_DEBIAN_PYTHON_PACKAGE_DEPENDS "python3 (>= 3.9)")
+set(CPACK_DEBIAN_PYTHON_PACKAGE_SUGGESTS kvapplman-tools)
+set(CPACK_DEBIAN_PYTHON_PACKAGE_SHLIBDEPS OFF)
+set(CPACK_DEBIAN_PYTHON_PACKAGE_CONTROL_EXTRA ${CMAKE_CURRENT_SOURCE_DIR}/debian/python/postinst
+  ${CMAKE_CURRENT_SOURCE_DIR}/debian/python/prerm)
