@@ -63,6 +63,7 @@ struct Application {
     std::vector<AdditionalFile> files{};
     std::optional<PendingCommand> pending{};
     std::optional<KvErrorListEntry> failure{}; // of the last command
+    std::optional<KvErrorListEntry> end{};     // that came by itself: every answer about the process tells of it
 };
 
 } // namespace simulated_target

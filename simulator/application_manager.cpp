@@ -57,6 +57,10 @@ std::uint32_t sizeOf(const TApplManGroupPart& group) { return group.words[3]; }
 
 std::uint32_t applIdOf(const TApplManRequest& request) { return request.third; }
 std::uint32_t applIdOf(const TApplManPairRequest& request) { return request.second; }
+std::uint32_t applIdOf(const TApplManAddFileRequest2& request) {
+    return request.file ? request.file->applId : kManager;
+}
+std::uint32_t applIdOf(const auto& request) { return request.applId; }
 
 } // namespace
 
@@ -75,35 +79,43 @@ kvrpc::RpcReply ApplicationManager::serve(ApplicationManager& manager, std::span
     return repliedCall(std::move(record));
 }
 
+template <auto kMember, class Request>
+auto ApplicationManager::withEnd(const Request& request) {
+    auto record = (this->*kMember)(request);
+    const Application* const process = find(applIdOf(request));
+    if (process != nullptr && process->end) { record.errorList = inFront(*process->end, record.errorList); }
+    return record;
+}
+
 kvrpc::RpcReply ApplicationManager::answer(std::uint32_t procedure, std::span<const std::uint8_t> arguments) {
     using Manager = ApplicationManager;
     static constexpr ProcedureRow<Manager> kRows[] = {
-        {kSetParam, serve<&Manager::setParameter, TApplManSetParamRequest>},
-        {kInitAppl, serve<&Manager::command<kInitAppl, TApplManRequest>, TApplManRequest>},
-        {kLoadAppl, serve<&Manager::command<kLoadAppl, TApplManRequest>, TApplManRequest>},
-        {kUnloadAppl, serve<&Manager::command<kUnloadAppl, TApplManRequest>, TApplManRequest>},
-        {kStartAppl, serve<&Manager::command<kStartAppl, TApplManRequest>, TApplManRequest>},
-        {kStopAppl, serve<&Manager::command<kStopAppl, TApplManRequest>, TApplManRequest>},
-        {kApplyAppl, serve<&Manager::command<kApplyAppl, TApplManRequest>, TApplManRequest>},
-        {kGetCommandState, serve<&Manager::commandState, TApplManRequest>},
-        {kGetParam, serve<&Manager::getParameter, TApplManGetParamRequest>},
+        {kSetParam, serveProcess<&Manager::setParameter, TApplManSetParamRequest>},
+        {kInitAppl, serveProcess<&Manager::command<kInitAppl, TApplManRequest>, TApplManRequest>},
+        {kLoadAppl, serveProcess<&Manager::command<kLoadAppl, TApplManRequest>, TApplManRequest>},
+        {kUnloadAppl, serveProcess<&Manager::command<kUnloadAppl, TApplManRequest>, TApplManRequest>},
+        {kStartAppl, serveProcess<&Manager::command<kStartAppl, TApplManRequest>, TApplManRequest>},
+        {kStopAppl, serveProcess<&Manager::command<kStopAppl, TApplManRequest>, TApplManRequest>},
+        {kApplyAppl, serveProcess<&Manager::command<kApplyAppl, TApplManRequest>, TApplManRequest>},
+        {kGetCommandState, serveProcess<&Manager::commandState, TApplManRequest>},
+        {kGetParam, serveProcess<&Manager::getParameter, TApplManGetParamRequest>},
         {kGetApplications, serve<&Manager::processesInState, TApplManRequest>},
-        {kLoadApplComplete, serve<&Manager::command<kLoadApplComplete, TApplManRequest>, TApplManRequest>},
-        {kAddFile2, serve<&Manager::addFileRecord, TApplManAddFileRequest2>},
-        {kAddFile, serve<&Manager::addFile, TApplManAddFileRequest>},
-        {kGetFileList, serve<&Manager::fileList, TApplManRequest>},
+        {kLoadApplComplete, serveProcess<&Manager::command<kLoadApplComplete, TApplManRequest>, TApplManRequest>},
+        {kAddFile2, serveProcess<&Manager::addFileRecord, TApplManAddFileRequest2>},
+        {kAddFile, serveProcess<&Manager::addFile, TApplManAddFileRequest>},
+        {kGetFileList, serveProcess<&Manager::fileList, TApplManRequest>},
         {kOpenGroup, serve<&Manager::openGroup, TApplManOpenGroupRequest>},
         {kRegisterAppl, serve<&Manager::registerProcess, TApplManRegisterRequest>},
         {kGetCoreIds, serve<&Manager::coreIds, TApplManPairRequest>},
-        {kRemoveFile, serve<&Manager::removeFileOf, TApplManRemoveFileRequest>},
-        {kPauseAppl, serve<&Manager::command<kPauseAppl, TApplManPairRequest>, TApplManPairRequest>},
-        {kStepAppl, serve<&Manager::command<kStepAppl, TApplManPairRequest>, TApplManPairRequest>},
+        {kRemoveFile, serveProcess<&Manager::removeFileOf, TApplManRemoveFileRequest>},
+        {kPauseAppl, serveProcess<&Manager::command<kPauseAppl, TApplManPairRequest>, TApplManPairRequest>},
+        {kStepAppl, serveProcess<&Manager::command<kStepAppl, TApplManPairRequest>, TApplManPairRequest>},
         {kGetFlashApplications, serve<&Manager::flashList, TApplManPairRequest>},
         {kGetFlashParam, serve<&Manager::getFlashParameter, TApplManRequest>},
         {kSetFlashParam, serve<&Manager::setFlashParameter, TApplManSetFlashParamRequest>},
         {kLoadFlashAppl, serve<&Manager::loadFlash, TApplManFlashRequest>},
         {kClearFlashAppl, serve<&Manager::clearFlash, TApplManFlashRequest>},
-        {kTerminateAppl, serve<&Manager::command<kTerminateAppl, TApplManPairRequest>, TApplManPairRequest>},
+        {kTerminateAppl, serveProcess<&Manager::command<kTerminateAppl, TApplManPairRequest>, TApplManPairRequest>},
     };
     if (options_.lackedProcedures.contains(procedure)) {
         return refusedCall(kvrpc::AcceptStatus::procedureUnavailable);
@@ -200,6 +212,16 @@ void ApplicationManager::carryOutWhatIsDue() {
             ++entry;
         }
     }
+}
+
+bool ApplicationManager::crash(std::uint32_t applId) {
+    const std::lock_guard lock{mutex_};
+    carryOutWhatIsDue();
+    Application* const process = find(applId);
+    const bool alive =
+        process != nullptr && (process->state == AppState::running || process->state == AppState::paused);
+    if (alive) { endByItself(*process, "simulated crash"); }
+    return alive;
 }
 
 void ApplicationManager::rememberUnloaded(std::uint32_t applId) {

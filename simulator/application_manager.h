@@ -11,6 +11,8 @@
 #include <span>
 #include <string>
 
+#include <nlohmann/json_fwd.hpp>
+
 #include "protocol/records.h"
 #include "rpc_server/rpc_server.h"
 #include "simulator/additional_files.h"
@@ -51,6 +53,12 @@ public:
 
     kvrpc::RpcReply answer(std::uint32_t procedure, std::span<const std::uint8_t> arguments);
 
+    /// Lets a process that runs or is paused end by itself. False when there is none.
+    bool crash(std::uint32_t applId);
+
+    /// All that it holds; docs/target.md has the fields.
+    nlohmann::ordered_json state();
+
 private:
     applman::TApplManGroupResult openGroup(const applman::TApplManOpenGroupRequest& request);
     applman::TApplManRegisterResult registerProcess(const applman::TApplManRegisterRequest& request);
@@ -74,6 +82,13 @@ private:
     /// The handler runs under the lock, decoding and encoding do not.
     template <auto kMember, class Request>
     static kvrpc::RpcReply serve(ApplicationManager& manager, std::span<const std::uint8_t> arguments);
+    /// For what concerns one process: the reply tells of its end, when that came by itself.
+    template <auto kMember, class Request>
+    auto withEnd(const Request& request);
+    template <auto kMember, class Request>
+    static kvrpc::RpcReply serveProcess(ApplicationManager& manager, std::span<const std::uint8_t> arguments) {
+        return serve<&ApplicationManager::withEnd<kMember, Request>, Request>(manager, arguments);
+    }
 
     applman::TApplManAddFileResult add(std::uint32_t applId, const FileRequest& request);
     std::set<std::uint32_t> coresInUse() const;

@@ -37,6 +37,12 @@ Failure notYetInitialised(const Application& process, const CommandSetting& sett
     return message(Code::notInitialised, {process.id, process.initialised, setting.initialisationCalls});
 }
 
+Failure refusalInState(const Command& command, const Application& process) {
+    if ((command.allowedIn & in(process.state)) != 0) { return {}; }
+    const auto state = static_cast<std::uint32_t>(process.state);
+    return message(Code::notAllowedInState, {command.name, process.id, state});
+}
+
 constexpr Command kCommands[] = {
     // procedure, name, allowed in, leads to, removes, refusal, work
     {applman::kInitAppl, "initialise", in(loaded), loaded, false, nullptr, initialise},
@@ -62,16 +68,22 @@ const Command& commandOf(std::uint32_t procedure) {
 
 Failure refusalOf(const Command& command, const Application& process, const CommandSetting& setting) {
     if (process.pending) { return message(Code::commandUnderWay, {command.name, process.id}); }
-    if ((command.allowedIn & in(process.state)) == 0) {
-        const auto state = static_cast<std::uint32_t>(process.state);
-        return message(Code::notAllowedInState, {command.name, process.id, state});
-    }
+    if (auto refusal = refusalInState(command, process)) { return refusal; }
     return command.refusal == nullptr ? Failure{} : command.refusal(process, setting);
 }
 
 void carryOut(const Command& command, Application& process, const CommandSetting& setting) {
     process.failure = command.work == nullptr ? Failure{} : command.work(process, setting);
-    if (!process.failure) { process.state = command.leadsTo; }
+    if (process.failure) { return; }
+    process.state = command.leadsTo;
+    process.end.reset();
+}
+
+void endByItself(Application& process, const std::string& how) {
+    process.state = stopped;
+    process.end = message(Code::programEnded, {process.id, how});
+    process.failure = process.pending ? refusalInState(*process.pending->command, process) : Failure{};
+    if (process.failure) { process.pending.reset(); }
 }
 
 } // namespace simulated_target

@@ -35,4 +35,8 @@ Failure refusalOf(const Command& command, const Application& process, const Comm
 /// Carries a command out. A process for which it fails stays in its state.
 void carryOut(const Command& command, Application& process, const CommandSetting& setting);
 
+/// A process that ran or was paused is stopped, and every answer about it says how it ended, until a command succeeds. One
+/// that is under way fails unless a stopped process accepts it, too.
+void endByItself(Application& process, const std::string& how);
+
 } // namespace simulated_target

@@ -6,6 +6,8 @@
 #include <string>
 #include <vector>
 
+#include "simulator/control.h"
+#include "simulator/control_channel.h"
 #include "simulator/kvtarget_options.h"
 
 #if defined(_WIN32)
@@ -13,6 +15,7 @@
 #include <thread>
 #else
 #include <pthread.h>
+#include <unistd.h>
 #endif
 
 namespace {
@@ -35,6 +38,7 @@ public:
             std::signal(signal, [](int) { asked = 1; });
         }
     }
+    static void ask() noexcept { asked = 1; }
     void wait() const {
         while (asked == 0) {
             std::this_thread::sleep_for(std::chrono::milliseconds{50});
@@ -58,7 +62,9 @@ public:
         } // it may have been told to outlive its terminal
         pthread_sigmask(SIG_BLOCK, &signals_, nullptr);
         std::signal(SIGXFSZ, SIG_IGN); // a file that becomes too large is a failed transfer
+        std::signal(SIGPIPE, SIG_IGN); // who steers may be gone before he is answered
     }
+    static void ask() noexcept { kill(getpid(), SIGTERM); }
     void wait() const {
         int signal = 0;
         sigwait(&signals_, &signal);
@@ -85,15 +91,26 @@ int run(const CommandLine& line) {
     const EndRequests endRequests;
     std::optional<simulated_target::EventLog> log;
     simulated_target::Options options = line.target;
-    if (line.log) {
-        log.emplace(line.logFile, line.logFormat);
-        options.onRequest = [&](const simulated_target::RequestReport& report) { log->request(report); };
+    if (line.log) { log.emplace(line.logFile, line.logFormat); }
+    simulated_target::RequestHistory history;
+    if (line.log || line.control) {
+        options.onRequest = [&](const simulated_target::RequestReport& report) {
+            if (log) { log->request(report); }
+            if (line.control) { history.add(report); }
+        };
     }
     simulated_target::SimulatedTarget target{options};
     const std::string address = target.start();
+    const simulated_target::Control control{target, history, EndRequests::ask};
+    std::optional<simulated_target::ControlChannel> channel;
+    if (line.control) {
+        const auto answer = [&](std::string_view command) { return control.answer(command); };
+        channel.emplace(line.controlPath, simulated_target::ControlChannel::Steering{answer, EndRequests::ask});
+    }
     if (log) { log->listening(address, options.store.string()); }
     std::printf("kvtarget listening on %s\n", address.c_str());
     std::fflush(stdout);
+    if (channel) { channel->start(); }
     endRequests.wait();
     target.stop();
     if (log) { log->end(target.ruleCounts()); }

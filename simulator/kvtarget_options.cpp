@@ -13,6 +13,7 @@
 #include "protocol/procedure_numbers.h"
 #include "rpc_wire/ipv4_endpoint.h"
 #include "simulator/additional_files.h"
+#include "simulator/control_channel.h"
 #include "simulator/procedure_names.h"
 
 namespace simulated_target {
@@ -112,6 +113,14 @@ void setLogFormat(CommandLine& line, const std::string& value) {
     line.logFormat = value == "json" ? LogFormat::json : LogFormat::text;
 }
 
+void setControl(CommandLine& line, const std::string& value) {
+    if (!value.empty() && !kHasControlSockets) {
+        throw BadValue{"there are no control sockets on this system; without a path, commands come on standard input"};
+    }
+    line.control = true;
+    line.controlPath = value;
+}
+
 void requireFaults(CommandLine& line, const std::string&) { line.requireFaults = true; }
 
 enum class Given : std::uint8_t { once, often };
@@ -131,7 +140,7 @@ constexpr const char* kPlace = "Where it is";
 constexpr const char* kNature = "What it is like";
 constexpr const char* kLacks = "What it lacks";
 constexpr const char* kFaults = "What goes wrong on purpose (docs/faults.md)";
-constexpr const char* kSight = "What one sees of it";
+constexpr const char* kSight = "Watching and steering it (docs/target.md)";
 constexpr const char* kGeneral = "General";
 
 using enum Given;
@@ -165,6 +174,7 @@ constexpr OptionRow kRows[] = {
     {kFaults, "--require-faults", "", none, once, requireFaults, "end with 3 when one of them has never fired"},
     {kSight, "--log", "[FILE]", optional, once, setLog, "a line per request, on standard error without a file"},
     {kSight, "--log-format", "text|json", required, once, setLogFormat, "what such a line is (text)"},
+    {kSight, "--control", "[PATH]", optional, once, setControl, "commands from standard input, or from a Unix socket"},
 };
 
 /// Lines of one name count together, wherever they stand; CLI11 would drop those behind another name.

@@ -17,6 +17,8 @@ struct CommandLine {
     std::string logFile{}; // empty = standard error
     LogFormat logFormat = LogFormat::text;
     bool requireFaults = false;
+    bool control = false;
+    std::string controlPath{}; // empty = standard input
 };
 
 /// What is wrong with a command line, to be shown to its user.

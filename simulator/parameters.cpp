@@ -43,7 +43,10 @@ TApplManValue state(const ManagerFacts&, const Application* process) {
 }
 TApplManValue groupSize(const ManagerFacts&, const Application* process) { return process->groupSize; }
 TApplManValue information(const ManagerFacts&, const Application* process) {
-    return Text{"Simulated application " + binaryName(*process)};
+    const std::string name = "Simulated application " + binaryName(*process);
+    if (!process->end) { return Text{name}; }
+    const auto& how = std::get<Text>(process->end->arguments.back());
+    return Text{name + ": ended by itself, " + how.value_or("")};
 }
 
 TApplManValue initialisationCalls(const ManagerFacts& facts, const Application*) { return facts.initialisationCalls; }

@@ -19,10 +19,12 @@ Json orNull(const std::optional<Value>& value) {
 
 } // namespace
 
+Json toJson(const ReportedMessage& message) { return {{"code", codeText(message.code)}, {"text", message.text}}; }
+
 Json toJson(const RequestReport& report) {
     Json messages = Json::array();
     for (const ReportedMessage& message : report.messages) {
-        messages.push_back({{"code", codeText(message.code)}, {"text", message.text}});
+        messages.push_back(toJson(message));
     }
     constexpr double kMicroseconds = 1000.0; // in a millisecond
     return {{"number", report.number},

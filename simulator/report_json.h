@@ -15,6 +15,7 @@ using Json = nlohmann::ordered_json;
 /// Of every object that stands alone. Fields may be added under the same number; another one means other fields.
 inline constexpr int kJsonSchema = 1;
 
+Json toJson(const ReportedMessage& message);
 Json toJson(const RequestReport& report);
 Json toJson(const RuleCount& count);
 

@@ -19,15 +19,14 @@ std::optional<std::uint32_t> wordAt(kvrpc::ByteSpan bytes, std::size_t offset) {
     return xdr_u_int(xdr, word) ? std::optional{word} : std::nullopt;
 }
 
-/// Of a serialised list, its length in front.
+} // namespace
+
 std::vector<ReportedMessage> messagesOf(kvrpc::ByteSpan list) {
-    Xdr xdr = Xdr::decoder(list);
-    std::vector<std::uint8_t> bytes;
-    if (!xdr_bytes(xdr, bytes) || bytes.empty()) { return {}; }
+    if (list.empty()) { return {}; }
     const std::unique_ptr<KvCErrorListPool, void (*)(KvCErrorListPool*)> pool{
         KvPlatform_createPool(), [](KvCErrorListPool* unused) { KvPlatform_deletePool(unused); }};
     if (!pool) { return {}; }
-    pool->deSerialize(bytes.data(), static_cast<std::uint32_t>(bytes.size()));
+    pool->deSerialize(list.data(), static_cast<std::uint32_t>(list.size()));
     std::vector<ReportedMessage> messages;
     for (std::uint32_t i = 0; i < KvPlatform_entryCount(*pool); ++i) {
         const char* const text = KvPlatform_entryText(*pool, i);
@@ -35,8 +34,6 @@ std::vector<ReportedMessage> messagesOf(kvrpc::ByteSpan list) {
     }
     return messages;
 }
-
-} // namespace
 
 RequestReport reportOf(const kvrpc::RpcCall& call, std::uint64_t number) {
     RequestReport report;
@@ -63,7 +60,9 @@ void addAnswer(RequestReport& report, const kvrpc::RpcReply& reply) {
         report.result = static_cast<std::int32_t>(wordAt(results, *at).value_or(0));
     }
     if (const auto at = findField(report.program, report.procedure, results, ReplyField::errorList)) {
-        report.messages = messagesOf(results.subspan(*at));
+        Xdr xdr = Xdr::decoder(results.subspan(*at));
+        std::vector<std::uint8_t> list;
+        if (xdr_bytes(xdr, list)) { report.messages = messagesOf(list); }
     }
 }
 

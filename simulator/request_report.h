@@ -32,6 +32,9 @@ struct RequestReport {
     std::chrono::microseconds duration{}; // until the answer was sent
 };
 
+/// The messages of a serialised list.
+std::vector<ReportedMessage> messagesOf(kvrpc::ByteSpan list);
+
 /// All that is known when a request has arrived.
 RequestReport reportOf(const kvrpc::RpcCall& call, std::uint64_t number);
 

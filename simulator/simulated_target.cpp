@@ -6,6 +6,7 @@
 #include <thread>
 #include <utility>
 
+#include "simulator/report_json.h"
 #include "simulator/target_service.h"
 
 namespace simulated_target {
@@ -124,6 +125,32 @@ void SimulatedTarget::stop() noexcept {
 }
 
 void SimulatedTarget::reboot(std::chrono::milliseconds away) { state_->reboot(away); }
+
+bool SimulatedTarget::crash(std::uint32_t applId) {
+    const std::lock_guard lock{state_->mutex};
+    return state_->service.manager().crash(applId);
+}
+
+std::string SimulatedTarget::state() const {
+    const std::lock_guard lock{state_->mutex};
+    Json connections = Json::array();
+    for (const auto& [number, peer] : state_->server.connections()) {
+        connections.push_back({{"number", number}, {"peer", peer}});
+    }
+    Json rules = Json::array();
+    for (const RuleCount& count : state_->service.faults().counts()) {
+        rules.push_back(toJson(count));
+    }
+    Json whole{{"address", state_->options.host + ':' + std::to_string(state_->port)},
+               {"serialNumber", state_->options.cnSerialNumber},
+               {"requests", state_->service.requestCount()},
+               {"connections", std::move(connections)},
+               {"rules", std::move(rules)},
+               {"hostTime", state_->service.hostTime()}};
+    whole.update(state_->service.manager().state());
+    return lineOf(whole);
+}
+
 void SimulatedTarget::addFault(FaultRule rule) { state_->service.faults().add(std::move(rule)); }
 void SimulatedTarget::clearFaults() { state_->service.faults().clear(); }
 std::uint64_t SimulatedTarget::faultyCalls() const { return state_->service.faults().faultyCalls(); }

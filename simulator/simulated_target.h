@@ -69,6 +69,12 @@ public:
     /// so long. Nothing when it does not listen. Not to be called by its own connections.
     void reboot(std::chrono::milliseconds away = std::chrono::milliseconds{0});
 
+    /// Lets a process that runs or is paused end by itself. False when there is none.
+    bool crash(std::uint32_t applId);
+
+    /// All that the target holds, as a JSON object in one line; docs/target.md has the fields.
+    std::string state() const;
+
     /// Faults beside those of the options; they count calls from now on.
     void addFault(FaultRule rule);
     void clearFaults(); // those of the options as well

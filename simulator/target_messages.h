@@ -33,6 +33,7 @@ enum class Code : std::uint32_t {
     fileNotRemoved = 0x14a00811,          // directory, file name (texts)
     unknownFlashApplication = 0x14a00812, // flash application
     unknownCoreKind = 0x14a00813,         // kind of the request
+    programEnded = 0x14a00814,            // process, exit code or signal (text)
     unknownFileType = 0x14a01077,         // type
 };
 

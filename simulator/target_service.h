@@ -35,6 +35,8 @@ public:
     void forgetEverything();
 
     FaultPlan& faults() noexcept { return faults_; }
+    ApplicationManager& manager() noexcept { return *manager_; }
+    std::uint64_t requestCount() const noexcept { return requestCount_; }
 
     std::vector<Request> requests() const;
     void forgetRequests();

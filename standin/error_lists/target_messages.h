@@ -48,6 +48,7 @@ inline constexpr Row kRows[] = {
     {0x14a00811, "Remove file failed. The target system cannot remove the file. Target path: '%1/%2'."},
     {0x14a00812, "There is no such application in the flash memory. Flash application: %1."},
     {0x14a00813, "There is no such kind of processor cores. Kind: %1."},
+    {0x14a00814, "The program of application 0x%1 has ended by itself: %2."},
     {0x14a01077, "The target system does not support files of this type. File type: %1."},
 };
 
