@@ -18,37 +18,32 @@ constexpr std::uint32_t kFill = 0x55555555;
 const Words kUntouched(4, kFill);
 const Words kCleared{0, 0, kFill, kFill}; // of two elements
 
-const std::string kApplications = "KvApplMan_getApplications ";
-const std::string kCores = "KvApplMan_getAvailableCoreIDs ";
-const std::string kFlash = "KvApplMan_getFlashApplications ";
-
 class Lists : public ApiTest {
 protected:
-    Listing applications(std::uint32_t state, std::int32_t capacity, bool given = true) {
-        Words ids = kUntouched;
-        std::int32_t count = capacity;
-        const auto [status, reported] =
-            outcome(KvApplMan_getApplications(pool, t.device, t.access, state, given ? ids.data() : nullptr, &count));
-        return {status, reported, static_cast<std::uint32_t>(count), ids};
+    Listing applications(std::uint32_t state, std::uint32_t capacity, const TApplManValueResult& reply) {
+        t.target.script(kGetApplications, wire::reply(reply));
+        auto* const size = reinterpret_cast<std::int32_t*>(&count);
+        return list(capacity, with(KvApplMan_getApplications, state, ids.data(), size));
     }
-    Listing cores(std::uint32_t kind, std::uint32_t capacity, bool given = true) {
-        Words ids = kUntouched;
-        const auto [status, reported] = outcome(
-            KvApplMan_getAvailableCoreIDs(pool, t.device, t.access, kind, &capacity, given ? ids.data() : nullptr));
-        return {status, reported, capacity, ids};
-    }
-    Listing flash(std::uint32_t mode, std::uint32_t capacity, bool given = true) {
-        Words ids = kUntouched;
-        const auto [status, reported] = outcome(
-            KvApplMan_getFlashApplications(pool, t.device, t.access, mode, &capacity, given ? ids.data() : nullptr));
-        return {status, reported, capacity, ids};
-    }
-    void hasCores(std::int32_t result, const Words& listed) {
+    Listing cores(std::uint32_t kind, std::uint32_t capacity, std::int32_t result, const Words& listed,
+                  bool withArray = true) {
         t.target.script(kGetCoreIds, wire::reply(TApplManCoreIdResult{77, result, {}, listed}));
+        return list(capacity, with(KvApplMan_getAvailableCoreIDs, kind, &count, withArray ? ids.data() : nullptr));
     }
-    void hasFlash(std::int32_t result, const Words& listed) {
+    Listing flash(std::uint32_t capacity, std::int32_t result, const Words& listed) {
         t.target.script(kGetFlashApplications, wire::reply(TApplManFlashListResult{77, result, {}, listed, {}, {8}}));
+        return list(capacity, with(KvApplMan_getFlashApplications, 0, &count, ids.data()));
     }
+
+    Listing list(std::uint32_t capacity, const DeviceCall& call) {
+        count = capacity;
+        std::copy(kUntouched.begin(), kUntouched.end(), ids.begin());
+        const auto [status, reported] = outcome(call(pool, t.device, t.access));
+        return {status, reported, count, ids};
+    }
+
+    Words ids = kUntouched;
+    std::uint32_t count = 0;
 };
 
 class InfoList : public ApiTest {
@@ -91,40 +86,32 @@ protected:
 TEST_F(Lists, ApplicationsAreAskedForByTheTargetsNumberOfTheState) {
     const Words targetStates{4, 0, 1, 2, 3, 5, 6};
     for (std::uint32_t state = 0; state < targetStates.size(); ++state) {
-        t.target.script(kGetApplications, wire::value(Words{9, 8}));
-        EXPECT_EQ(applications(state, 3), (Listing{0, {}, 2, {9, 8, 0, kFill}}));
+        EXPECT_EQ(applications(state, 3, {0, Words{9, 8}, {}}), (Listing{0, {}, 2, {9, 8, 0, kFill}}));
         EXPECT_EQ(sentWords(state), (Words{1, t.accessId, targetStates[state]}));
     }
-}
-
-TEST_F(Lists, TheCountOfApplicationsIsStoredUnlessTheTargetRefuses) {
-    t.target.script(kGetApplications, wire::value(std::int64_t{5}));
-    EXPECT_EQ(applications(0, 2), (Listing{0, {}, 0, kCleared})) << "an answer of another type lists nothing";
-    t.target.script(kGetApplications, wire::reply(TApplManValueResult{1, Words{1}, {}}));
-    EXPECT_EQ(applications(0, 2), (Listing{-215, {kApplications + "0x12500016"}, 2, kCleared}));
+    EXPECT_EQ(applications(0, 2, {0, std::int64_t{5}, {}}), (Listing{0, {}, 0, kCleared}))
+        << "another type lists nothing";
+    EXPECT_EQ(applications(0, 2, {1, Words{1}, {}}),
+              (Listing{-215, {"KvApplMan_getApplications 0x12500016"}, 2, kCleared}));
 }
 
 TEST_F(Lists, CoresAreAskedForByKindAndWhatDoesNotFitIsToldByTheStatusAlone) {
     for (const std::uint32_t kind : {0U, 1U}) {
-        hasCores(5, {7, 3}); // any value but -1 is success
-        EXPECT_EQ(cores(kind, 3), (Listing{0, {}, 2, {7, 3, 0, kFill}}));
+        EXPECT_EQ(cores(kind, 3, 5, {7, 3}), (Listing{0, {}, 2, {7, 3, 0, kFill}})) << "any value but -1 is success";
         EXPECT_EQ(sentWords(kind), (Words{t.accessId, kind + 1}));
     }
-    hasCores(0, {1, 2});
-    EXPECT_EQ(cores(0, 1, false), (Listing{-200, {}, 2, kUntouched}));
-    hasCores(0, {1, 2});
-    EXPECT_EQ(cores(0, 2, false), (Listing{-100, {}, 2, kUntouched}));
-    hasCores(0, {5});
+    EXPECT_EQ(cores(0, 1, 0, {1, 2}, false), (Listing{-200, {}, 2, kUntouched}));
+    EXPECT_EQ(cores(0, 2, 0, {1, 2}, false), (Listing{-100, {}, 2, kUntouched}));
+    t.target.script(kGetCoreIds, wire::reply(TApplManCoreIdResult{77, 0, {}, {5}}));
     std::uint32_t word = 1; // both count and array
     EXPECT_EQ(KvApplMan_getAvailableCoreIDs(pool, t.device, t.access, 0, &word, &word), 0) << "the count before counts";
 }
 
 TEST_F(Lists, FlashApplicationsThatDoNotFitAreCountedInAMessage) {
-    hasFlash(5, {9, 8}); // any value but -1 is success
-    EXPECT_EQ(flash(0, 3), (Listing{0, {}, 2, {9, 8, 0, kFill}}));
+    EXPECT_EQ(flash(3, 5, {9, 8}), (Listing{0, {}, 2, {9, 8, 0, kFill}})) << "any value but -1 is success";
     EXPECT_EQ(sentWords(0), (Words{t.accessId, 1}));
-    hasFlash(0, {1, 2, 3, 4, 5});
-    EXPECT_EQ(flash(0, 2), (Listing{-200, {kFlash + "0x1250003c(5,2)"}, 5, kCleared}));
+    EXPECT_EQ(flash(2, 0, {1, 2, 3, 4, 5}),
+              (Listing{-200, {"KvApplMan_getFlashApplications 0x1250003c(5,2)"}, 5, kCleared}));
 }
 
 TEST_F(InfoList, WithoutANameAllApplicationsAreListed) {
