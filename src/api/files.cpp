@@ -169,13 +169,13 @@ Status loadFile(const Reporter& report, const LoadArguments& given) {
                            given.isDirectory() ? "directory" : "application specific file", source.shown, given.applId,
                            given.fileType);
     }
-    const CollectedList collected{report.pool()};
-    if (!collected) { return report.fail(Msg::invalidArgument, Status::argument); }
-    const Reporter collecting{collected.pool(), report.operation()};
-    const Status status = runFrame(report, given.devHandle, given.accessResHandle, [&](const Session& session) {
-        return registerAndTransfer(collecting, session, given, source);
+    return runFrame(report, given.devHandle, given.accessResHandle, [&](const Session& session) {
+        const CollectedList collected{report.pool()};
+        if (!collected) { return report.fail(Msg::invalidArgument, Status::argument); }
+        const Reporter collecting{collected.pool(), report.operation()};
+        const Status status = registerAndTransfer(collecting, session, given, source);
+        return isTypeUnsupported(collected.pool(), status) ? fallBack(collecting, given, source) : status;
     });
-    return isTypeUnsupported(collected.pool(), status) ? fallBack(collecting, given, source) : status;
 }
 
 /// Copies a text into a field whose bytes are zeros; the last two stay zeros.
