@@ -4,14 +4,12 @@
 #ifndef KV_APPL_MAN_APPLICATION_HPP
 #define KV_APPL_MAN_APPLICATION_HPP
 
-#include <algorithm>
 #include <chrono>
 #include <cstddef>
 #include <cstdint>
 #include <exception>
 #include <filesystem>
 #include <functional>
-#include <memory>
 #include <stdexcept>
 #include <string>
 #include <string_view>
@@ -26,10 +24,6 @@
 #include "KvApplicationManagerAP.h"
 
 namespace kvapplman {
-
-/// Receives the messages of a call that succeeded, innermost first, and the name of its function, on the thread of the
-/// call. What it throws leaves the call, which has done its work.
-using MessageHandler = std::function<void(const char* function, const Messages& messages)>;
 
 /// How far a long call is. The texts are valid only during the callback.
 struct Progress {
@@ -82,10 +76,11 @@ inline std::string_view withoutQuotes(std::string_view text) {
 /// "a;;b" has three parts, "" none.
 inline std::vector<std::string> splitAtSemicolons(const std::string& text) {
     std::vector<std::string> parts;
-    for (std::size_t begin = 0; !text.empty() && begin <= text.size();) {
-        const std::size_t end = std::min(text.find(';', begin), text.size());
-        parts.push_back(text.substr(begin, end - begin));
-        begin = end + 1;
+    if (text.empty()) return parts;
+    parts.emplace_back();
+    for (const char letter : text) {
+        if (letter == ';') parts.emplace_back();
+        else parts.back() += letter;
     }
     return parts;
 }
@@ -119,49 +114,6 @@ private:
     const ProgressCallback& callback_;
     std::exception_ptr thrown_{};
 };
-
-/// A target's handles, which all its objects share.
-struct Link {
-    Link(const std::string& address, std::uint32_t cnSerialNumber) : device(address, cnSerialNumber), access(device) {}
-
-    /// Throws when the call has failed; else hands its messages on.
-    void finish(std::int32_t status, const char* function, const Pool& pool) const {
-        check(status, function, pool);
-        if (!handler) return;
-        const Messages messages = pool.messages();
-        if (!messages.empty()) handler(function, messages);
-    }
-
-    template <class Function, class... Arguments>
-    void call(const char* name, Function function, Arguments... arguments) const {
-        const Pool pool;
-        finish(function(pool, device.handle(), access.handle(), arguments...), name, pool);
-    }
-
-    /// Asks for a list until it fits. `ask` takes a pool, the elements and, in and out, their number.
-    template <class Element, class Count, class Ask>
-    std::vector<Element> list(const char* name, Count capacity, Ask ask) const {
-        for (;;) {
-            const Pool pool;
-            std::vector<Element> elements(static_cast<std::size_t>(capacity));
-            Count count = capacity;
-            const std::int32_t status = ask(pool, elements.data(), &count);
-            if (status != KV_APPLMAN_OK && count > capacity) {
-                capacity = count;
-                continue;
-            }
-            finish(status, name, pool);
-            elements.resize(static_cast<std::size_t>(count));
-            return elements;
-        }
-    }
-
-    Device device;
-    AccessHandle access; // ends before the device
-    MessageHandler handler{};
-};
-
-using SharedLink = std::shared_ptr<Link>;
 
 /// Reads the items of one application, or of one flash application.
 struct ItemReader {

@@ -10,9 +10,11 @@
 #define KV_APPL_MAN_PLATFORM_HPP
 
 #include <algorithm>
+#include <cstddef>
 #include <cstdint>
 #include <cstdio>
 #include <exception>
+#include <functional>
 #include <memory>
 #include <new>
 #include <string>
@@ -201,6 +203,61 @@ public:
 private:
     detail::Owned<void, KvHIM_deleteAccessRestrictionHandle> handle_{nullptr, {}};
 };
+
+/// Receives the messages of a call that succeeded, innermost first, and the name of its function, on the thread of the
+/// call. What it throws leaves the call, which has done its work.
+using MessageHandler = std::function<void(const char* function, const Messages& messages)>;
+
+/// @cond
+
+namespace detail {
+
+/// A target's handles, which all its objects share.
+struct Link {
+    Link(const std::string& address, std::uint32_t cnSerialNumber) : device(address, cnSerialNumber), access(device) {}
+
+    /// Throws when the call has failed; else hands its messages on.
+    void finish(std::int32_t status, const char* function, const Pool& pool) const {
+        check(status, function, pool);
+        if (!handler) return;
+        const Messages messages = pool.messages();
+        if (!messages.empty()) handler(function, messages);
+    }
+
+    template <class Function, class... Arguments>
+    void call(const char* name, Function function, Arguments... arguments) const {
+        const Pool pool;
+        finish(function(pool, device.handle(), access.handle(), arguments...), name, pool);
+    }
+
+    /// Asks for a list until it fits. `ask` takes a pool, the elements and, in and out, their number.
+    template <class Element, class Count, class Ask>
+    std::vector<Element> list(const char* name, Count capacity, Ask ask) const {
+        for (;;) {
+            const Pool pool;
+            std::vector<Element> elements(static_cast<std::size_t>(capacity));
+            Count count = capacity;
+            const std::int32_t status = ask(pool, elements.data(), &count);
+            if (status != KV_APPLMAN_OK && count > capacity) {
+                capacity = count;
+                continue;
+            }
+            finish(status, name, pool);
+            elements.resize(static_cast<std::size_t>(count));
+            return elements;
+        }
+    }
+
+    Device device;
+    AccessHandle access; // ends before the device
+    MessageHandler handler{};
+};
+
+using SharedLink = std::shared_ptr<Link>;
+
+} // namespace detail
+
+/// @endcond
 
 } // namespace kvapplman
 
