@@ -9,6 +9,7 @@
 #include "faults/every_function.h"
 #include "support/open_handles.h"
 #include "support/shortened_limits.h"
+#include "support/threads.h"
 
 using namespace applman;
 
@@ -361,21 +362,15 @@ TEST_F(Reboot, CostsEachThreadAtMostOneCallOnceTheTargetListensAgain) {
     for (int round = 0; round < 5; ++round) {
         t.target.reboot();
         const auto start = std::chrono::steady_clock::now();
-        std::vector<std::future<int>> threads;
-        for (int i = 0; i < 16; ++i) {
-            threads.push_back(std::async(std::launch::async, [this] {
-                const Pool own;
-                Call call{*own, t.device, t.access};
-                int failures = 0;
-                while (getCores(call) != 0 || call.out[0] == 0) {
-                    ++failures;
-                }
-                return failures;
-            }));
-        }
-        for (auto& thread : threads) {
-            EXPECT_LE(thread.get(), 1);
-        }
+        inThreads(16, [this](std::size_t) {
+            const Pool own;
+            Call call{*own, t.device, t.access};
+            int failures = 0;
+            while (getCores(call) != 0 || call.out[0] == 0) {
+                ++failures;
+            }
+            EXPECT_LE(failures, 1);
+        });
         EXPECT_LE(std::chrono::steady_clock::now() - start, std::chrono::milliseconds{250});
     }
     EXPECT_LE(t.target.acceptedConnections(), 5U);
