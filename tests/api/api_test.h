@@ -39,12 +39,8 @@ protected:
 
     /// The arguments of a request as words, at most so many.
     Words sentWords(std::size_t index, std::size_t most = 100) const {
-        std::vector<std::uint8_t> bytes = t.target.requests().at(index).arguments;
-        Xdr decoder = Xdr::decoder(bytes);
-        Words words;
-        for (std::uint32_t word = 0; words.size() < most && xdr_u_int(decoder, word);) {
-            words.push_back(word);
-        }
+        Words words = wire::wordsOf(t.target.requests().at(index).arguments);
+        words.resize(std::min(words.size(), most));
         return words;
     }
 };

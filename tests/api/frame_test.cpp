@@ -1,9 +1,9 @@
 // The frame around every function: handles, the device's client, what is connected when.
-#include <functional>
 #include <set>
-#include <thread>
 
 #include "api/api_test.h"
+#include "faults/calls.h"
+#include "support/threads.h"
 
 using namespace applman;
 
@@ -13,36 +13,30 @@ std::string full(const char* name) { return std::string("KvApplMan_") + name; }
 
 struct Function {
     const char* name; // that reports a missing client, without "KvApplMan_"
-    DeviceCall call;
+    std::int32_t (*run)(Call& call);
     bool checksHandles = false; // by itself
 };
 
-std::uint32_t word = 0;
-std::uint32_t count = 0;
-std::int32_t size = sizeof word;
-std::int32_t signedCount = 0;
-KvTApplicationInfo* list = nullptr;
-
 const Function kFunctions[] = {
-    {"startAppl", with(KvApplMan_startAppl, 1)},
-    {"stopAppl", with(KvApplMan_stopAppl, 1)},
-    {"terminateAppl", with(KvApplMan_terminateAppl, 1)},
-    {"unloadAppl", with(::KvApplMan_unloadAppl, 1)},
-    {"pauseAppl", with(KvApplMan_pauseAppl, 1), true},
-    {"stepAppl", with(KvApplMan_stepAppl, 1), true},
-    {"getApplInfo", with(KvApplMan_getApplInfo, 1, 9, &word, &size)},
-    {"setApplParameter", with(KvApplMan_setApplParameter, 1, 1008, &word, 4)},
-    {"getApplications", with(::KvApplMan_getApplications, 0, nullptr, &signedCount)},
-    {"getApplications", with(KvApplMan_getApplInfoList, &list, &count, nullptr)},
-    {"getAvailableCoreIDs", with(KvApplMan_getAvailableCoreIDs, 0, &count, nullptr)},
-    {"loadFileUtf8", with(KvApplMan_loadFileUtf8, 1, ".", "", "", 512, 0, nullptr, nullptr, nullptr)},
-    {"getFileInfo", with(KvApplMan_getFileInfo, 1, &count, nullptr)},
-    {"removeFile", with(KvApplMan_removeFile, 1, "n", 7)},
-    {"getFlashApplications", with(::KvApplMan_getFlashApplications, 0, &count, nullptr)},
-    {"getFlashApplInfo", with(::KvApplMan_getFlashApplInfo, 7, 9, &word, &size)},
-    {"setFlashApplParameter", with(::KvApplMan_setFlashApplParameter, 7, 1200, nullptr, 0)},
-    {"loadFlashAppl", with(::KvApplMan_loadFlashAppl, 7)},
-    {"clearFlashAppl", with(::KvApplMan_clearFlashAppl, 7)},
+    {"startAppl", command<KvApplMan_startAppl>},
+    {"stopAppl", command<KvApplMan_stopAppl>},
+    {"terminateAppl", command<KvApplMan_terminateAppl>},
+    {"unloadAppl", command<KvApplMan_unloadAppl>},
+    {"pauseAppl", command<KvApplMan_pauseAppl>, true},
+    {"stepAppl", command<KvApplMan_stepAppl>, true},
+    {"getApplInfo", getInfo<9>},
+    {"setApplParameter", setParameter},
+    {"getApplications", getApplications},
+    {"getApplications", getInfoList},
+    {"getAvailableCoreIDs", getCores},
+    {"loadFileUtf8", [](Call& c) { return loadFrom(c, ".", "", 512); }},
+    {"getFileInfo", getFiles},
+    {"removeFile", removeFile},
+    {"getFlashApplications", getFlash},
+    {"getFlashApplInfo", getFlashInfo},
+    {"setFlashApplParameter", setFlash},
+    {"loadFlashAppl", flashCommand<KvApplMan_loadFlashAppl>},
+    {"clearFlashAppl", flashCommand<KvApplMan_clearFlashAppl>},
 };
 
 using Frame = ApiTest;
@@ -56,7 +50,8 @@ TEST_F(Frame, BadHandlesGiveOneMessageAndNothingIsSent) {
         std::set<std::uint32_t> lines;
         for (const auto& [device, access] :
              {std::pair{nil, t.access}, std::pair{t.device, nil}, std::pair{t.device, t.device}}) {
-            const std::int32_t status = function.call(pool, device, access);
+            Call call{*pool, device, access};
+            const std::int32_t status = function.run(call);
             lines.insert(KvPlatform_entryLine(pool, pool->getErrorCount() - 1));
             EXPECT_EQ(outcome(status), (Outcome{-100, expected}));
         }
@@ -68,24 +63,19 @@ TEST_F(Frame, BadHandlesGiveOneMessageAndNothingIsSent) {
 TEST_F(Frame, ATargetThatIsNotThereFailsToConnectEachTimeAnew) {
     t.target.stop();
     for (const Function& function : kFunctions) {
-        EXPECT_EQ(outcome(function.call(pool, t.device, t.access)),
+        Call call{*pool, t.device, t.access};
+        EXPECT_EQ(outcome(function.run(call)),
                   (Outcome{-180, {"createRpcClient 0x1250000f", full(function.name) + " 0x12500008"}}));
     }
 }
 
 TEST_F(Frame, ThreadsThatCallForANewDeviceAtOnceMakeOneConnection) {
     t.target.scriptAlways(kStartAppl, wire::result(-1));
-    std::vector<std::thread> threads;
     std::array<std::int32_t, 8> statuses{};
-    for (std::int32_t& status : statuses) {
-        threads.emplace_back([&] {
-            Pool own;
-            status = KvApplMan_startAppl(own, t.device, t.access, 1);
-        });
-    }
-    for (std::thread& thread : threads) {
-        thread.join();
-    }
+    inThreads(statuses.size(), [&](std::size_t number) {
+        const Pool own;
+        statuses[number] = KvApplMan_startAppl(own, t.device, t.access, 1);
+    });
     EXPECT_EQ(statuses, (std::array{-150, -150, -150, -150, -150, -150, -150, -150}));
     EXPECT_EQ(t.target.acceptedConnections(), 1U);
 }

@@ -15,6 +15,7 @@
 #include "support/one_target.h"
 #include "support/scripted_peer.h"
 #include "support/shortened_limits.h"
+#include "support/threads.h"
 
 namespace {
 
@@ -68,16 +69,10 @@ TEST(RpcClient, CallsOfManyThreadsShareOneConnectionAndTheirRepliesMayOvertakeEa
     }}};
     Client client{peer.address()};
     for (int round = 0; round < kRounds; ++round) {
-        std::vector<std::thread> threads;
-        for (std::size_t number = 0; number < kThreads; ++number) {
-            threads.emplace_back([&client, number] {
-                Pool own;
-                EXPECT_TRUE(client.echoes(own, std::string(1000 * number, 'x')));
-            });
-        }
-        for (std::thread& thread : threads) {
-            thread.join();
-        }
+        inThreads(kThreads, [&client](std::size_t number) {
+            const Pool own;
+            EXPECT_TRUE(client.echoes(own, std::string(1000 * number, 'x')));
+        });
     }
 }
 

@@ -31,6 +31,15 @@ Record recordOf(const std::vector<std::uint8_t>& bytes) {
     return record;
 }
 
+/// What is encoded takes whole words.
+inline std::vector<std::uint32_t> wordsOf(const std::vector<std::uint8_t>& bytes) {
+    std::vector<std::uint32_t> words(bytes.size() / 4);
+    for (std::size_t i = 0; i < bytes.size(); ++i) {
+        words.at(i / 4) = words[i / 4] << 8 | bytes[i];
+    }
+    return words;
+}
+
 /// A serialised error list with these codes, reported by "target".
 inline applman::ErrorListBytes errorList(std::initializer_list<std::uint32_t> codes) {
     std::vector<KvErrorListEntry> entries;
