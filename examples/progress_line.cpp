@@ -13,7 +13,7 @@
 
 namespace {
 
-constexpr std::size_t kLongestName = 40; // bytes, so that the line fits a terminal
+constexpr std::size_t kLongestName = 28; // bytes, so that the line fits a terminal
 constexpr const char* kClearToEnd = "\033[K";
 
 bool standardOutputIsTerminal() {
@@ -32,6 +32,12 @@ std::string shortened(std::string_view name) {
     while (end > 0 && continuesCharacter(name[end]))
         --end;
     return std::string(name.substr(0, end)) + "...";
+}
+
+std::string bar(double fraction) {
+    constexpr std::size_t kWidth = 12;
+    const auto done = static_cast<std::size_t>(fraction * kWidth);
+    return '[' + std::string(done, '#') + std::string(kWidth - done, ' ') + ']';
 }
 
 std::string percent(double fraction) {
@@ -80,7 +86,7 @@ void ProgressLine::endLine() {
 }
 
 void ProgressLine::print(double fraction) {
-    const std::string line = heading_ + "  " + percent(fraction);
+    const std::string line = heading_ + "  " + (terminal_ ? bar(fraction) + " " : "") + percent(fraction);
     if (line == line_) return;
     if (terminal_) std::printf("\r%s%s", line.c_str(), kClearToEnd);
     else std::puts(line.c_str());

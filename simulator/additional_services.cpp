@@ -12,7 +12,6 @@ using namespace applman;
 
 constexpr std::uint32_t kAllCores = 1; // kinds of the request for cores
 constexpr std::uint32_t kFreeCores = 2;
-constexpr ParameterNumbers kCores = param::kParameter1005; // of a process: on which cores it runs
 
 FileOutcome unknownProcess(std::uint32_t applId) {
     return {kFileUnknownProcess, message(Code::unknownProcess, {applId})};
@@ -68,9 +67,9 @@ std::set<std::uint32_t> ApplicationManager::coresInUse() const {
     std::set<std::uint32_t> used;
     for (const auto& [id, process] : applications_) {
         if (process.state != AppState::running && process.state != AppState::paused) { continue; }
-        const auto written = process.values.find(kCores.target);
+        const auto written = process.values.find(kCores);
         const auto value =
-            written != process.values.end() ? written->second : findParameter(kCores.target)->value(facts(), &process);
+            written != process.values.end() ? written->second : findParameter(kCores)->value(facts(), &process);
         const auto& cores = std::get<kTagWords>(value);
         used.insert(cores.begin(), cores.end());
     }

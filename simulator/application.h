@@ -5,12 +5,14 @@
 #include <chrono>
 #include <cstdint>
 #include <map>
+#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
 
 #include "error_lists/error_list_access.h"
 #include "protocol/records.h"
+#include "simulator/programs/program_runner.h"
 
 namespace simulated_target {
 
@@ -63,6 +65,7 @@ struct Application {
     std::vector<AdditionalFile> files{};
     std::optional<PendingCommand> pending{};
     std::optional<KvErrorListEntry> failure{}; // of the last command
+    std::shared_ptr<Program> program{};        // that was started last; null on a target that runs none
     std::optional<KvErrorListEntry> end{};     // that came by itself: every answer about the process tells of it
 };
 

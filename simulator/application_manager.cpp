@@ -7,6 +7,7 @@
 
 #include "protocol/procedure_numbers.h"
 #include "simulator/procedure_row.h"
+#include "simulator/program_commands.h"
 #include "simulator/replies.h"
 #include "simulator/target_messages.h"
 
@@ -182,6 +183,7 @@ Failure ApplicationManager::accept(const Command& command, std::uint32_t applId)
     if (auto refusal = refusalOf(command, *process, setting())) { return refusal; }
     process->failure.reset();
     process->pending = {&command, Clock::now() + options_.commandDelay};
+    begin(command, *process, setting());
     return {};
 }
 
@@ -202,13 +204,15 @@ void ApplicationManager::carryOutWhatIsDue() {
     const auto now = Clock::now();
     for (auto entry = applications_.begin(); entry != applications_.end();) {
         Application& process = entry->second;
-        const bool due = process.pending && process.pending->due <= now;
+        noticeEnd(process);
+        const bool due = process.pending && process.pending->due <= now && !isBusy(process);
         const Command* const command = due ? std::exchange(process.pending, {})->command : nullptr;
         if (command != nullptr) { carryOut(*command, process, setting()); }
-        if (command != nullptr && command->removes) {
+        if (command != nullptr && command->removes && !process.failure) {
             rememberUnloaded(process.id);
             entry = applications_.erase(entry);
         } else {
+            noticeEnd(process);
             ++entry;
         }
     }
@@ -220,8 +224,13 @@ bool ApplicationManager::crash(std::uint32_t applId) {
     Application* const process = find(applId);
     const bool alive =
         process != nullptr && (process->state == AppState::running || process->state == AppState::paused);
-    if (alive) { endByItself(*process, "simulated crash"); }
-    return alive;
+    if (!alive) { return false; }
+    if (process->program) {
+        process->program->crash();
+    } else {
+        endByItself(*process, "simulated crash");
+    }
+    return true;
 }
 
 void ApplicationManager::rememberUnloaded(std::uint32_t applId) {
@@ -283,6 +292,11 @@ Failure ApplicationManager::store(const TApplManSetParamRequest& request) {
     const bool another = parameter == nullptr && !values.contains(number);
     if (another && std::count_if(values.begin(), values.end(), isFree) >= std::ptrdiff_t{kMostFreeParameters}) {
         return message(Code::limitReached, {static_cast<std::uint32_t>(kMostFreeParameters)});
+    }
+    const bool bindsProgram = number == kCores && process != nullptr;
+    if (auto refusal =
+            bindsProgram ? bindProgram(*process, std::get<kTagWords>(request.value), setting()) : Failure{}) {
+        return refusal;
     }
     values[number] = request.value;
     return {};

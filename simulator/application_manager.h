@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <deque>
 #include <map>
+#include <memory>
 #include <mutex>
 #include <optional>
 #include <set>
@@ -34,6 +35,7 @@ struct ApplicationManagerOptions {
     std::set<std::uint32_t> lackedFileTypes;
     std::map<std::uint32_t, std::string> flashApplications;
     std::uint32_t coreCount;
+    std::shared_ptr<ProgramRunner> programs; // null when nothing is run
 };
 
 inline constexpr std::size_t kMostProcesses = 4096;
@@ -102,7 +104,9 @@ private:
     void carryOutWhatIsDue();
     void rememberUnloaded(std::uint32_t applId);
     void carryOutFlashLoad();
-    CommandSetting setting() const { return {store_, options_.initialisationCalls}; }
+    CommandSetting setting() const {
+        return {store_, options_.initialisationCalls, store_ == nullptr ? nullptr : options_.programs.get()};
+    }
     ManagerFacts facts() const;
 
     const ApplicationManagerOptions options_;

@@ -6,6 +6,7 @@
 
 #include "protocol/procedure_numbers.h"
 #include "simulator/parameters.h"
+#include "simulator/program_commands.h"
 #include "simulator/target_messages.h"
 
 namespace simulated_target {
@@ -23,6 +24,7 @@ Failure load(Application& process, const CommandSetting& setting) {
     if (setting.store == nullptr || !path || !setting.store->holdsFile(*path, name)) {
         return message(Code::binaryMissing, {directory, name});
     }
+    if (auto refusal = prepareProgram(process, setting)) { return refusal; }
     process.initialised = 0;
     return {};
 }
@@ -44,17 +46,19 @@ Failure refusalInState(const Command& command, const Application& process) {
 }
 
 constexpr Command kCommands[] = {
-    // procedure, name, allowed in, leads to, removes, refusal, work
-    {applman::kInitAppl, "initialise", in(loaded), loaded, false, nullptr, initialise},
-    {applman::kLoadAppl, "load", kAtRest, loaded, false, nullptr, load},
-    {applman::kUnloadAppl, "unload", kWithBinary | in(registered), registered, true, nullptr, nullptr},
-    {applman::kStartAppl, "start", in(ready) | in(paused) | in(stopped), running, false, nullptr, nullptr},
-    {applman::kStopAppl, "stop", in(running) | in(paused), stopped, false, nullptr, nullptr},
-    {applman::kApplyAppl, "apply", in(loaded), ready, false, notYetInitialised, nullptr},
-    {applman::kLoadApplComplete, "load completely", kAtRest, ready, false, nullptr, load},
-    {applman::kPauseAppl, "pause", in(running), paused, false, nullptr, nullptr},
-    {applman::kStepAppl, "step", in(paused), paused, false, nullptr, nullptr},
-    {applman::kTerminateAppl, "terminate", kWithBinary, registered, false, nullptr, nullptr},
+    // procedure, name, allowed in, leads to, removes, refusal, work, order
+    {applman::kInitAppl, "initialise", in(loaded), loaded, false, nullptr, initialise, nullptr},
+    {applman::kLoadAppl, "load", kAtRest, loaded, false, nullptr, load, nullptr},
+    {applman::kUnloadAppl, "unload", kWithBinary | in(registered), registered, true, nullptr, removeProgram,
+     killProgram},
+    {applman::kStartAppl, "start", in(ready) | in(paused) | in(stopped), running, false, nullptr, confirmStart,
+     startProgram},
+    {applman::kStopAppl, "stop", in(running) | in(paused), stopped, false, nullptr, nullptr, stopProgram},
+    {applman::kApplyAppl, "apply", in(loaded), ready, false, notYetInitialised, nullptr, nullptr},
+    {applman::kLoadApplComplete, "load completely", kAtRest, ready, false, nullptr, load, nullptr},
+    {applman::kPauseAppl, "pause", in(running), paused, false, nullptr, nullptr, pauseProgram},
+    {applman::kStepAppl, "step", in(paused), paused, false, nullptr, nullptr, stepProgram},
+    {applman::kTerminateAppl, "terminate", kWithBinary, registered, false, nullptr, nullptr, killProgram},
 };
 
 } // namespace
@@ -70,6 +74,10 @@ Failure refusalOf(const Command& command, const Application& process, const Comm
     if (process.pending) { return message(Code::commandUnderWay, {command.name, process.id}); }
     if (auto refusal = refusalInState(command, process)) { return refusal; }
     return command.refusal == nullptr ? Failure{} : command.refusal(process, setting);
+}
+
+void begin(const Command& command, Application& process, const CommandSetting& setting) {
+    if (command.order != nullptr && setting.programs != nullptr) { command.order(process, setting); }
 }
 
 void carryOut(const Command& command, Application& process, const CommandSetting& setting) {

@@ -12,6 +12,7 @@ namespace simulated_target {
 struct CommandSetting {
     const Store* store; // null when there is none
     std::uint32_t initialisationCalls;
+    ProgramRunner* programs; // null when nothing is run; else there is a store
 };
 
 using Failure = std::optional<KvErrorListEntry>;
@@ -24,6 +25,7 @@ struct Command {
     bool removes;                                                                  // the process is gone afterwards
     Failure (*refusal)(const Application& process, const CommandSetting& setting); // null: the state alone decides
     Failure (*work)(Application& process, const CommandSetting& setting);          // null: it cannot fail
+    void (*order)(Application& process, const CommandSetting& setting);            // to the program; null: none
 };
 
 /// The procedure must be that of a command.
@@ -32,7 +34,11 @@ const Command& commandOf(std::uint32_t procedure);
 /// Why a process does not accept a command now.
 Failure refusalOf(const Command& command, const Application& process, const CommandSetting& setting);
 
-/// Carries a command out. A process for which it fails stays in its state.
+/// What an accepted command does at once: it gives the program, where there is one, its order.
+void begin(const Command& command, Application& process, const CommandSetting& setting);
+
+/// Carries a command out, once its time is over and the program has done what it was told. A process for which it fails
+/// stays in its state.
 void carryOut(const Command& command, Application& process, const CommandSetting& setting);
 
 /// A process that ran or was paused is stopped, and every answer about it says how it ended, until a command succeeds. One

@@ -123,6 +123,13 @@ void EventLog::request(const RequestReport& report) noexcept {
     } catch (const std::exception&) {} // no memory for the line
 }
 
+void EventLog::program(std::uint32_t applId, ProgramNews news, std::string_view line) noexcept {
+    try {
+        write(news == ProgramNews::output ? "output" : "program", Clock::now(),
+              {{"application", applId}, {"text", line}}, newsText(applId, news, line));
+    } catch (const std::exception&) {} // likewise
+}
+
 void EventLog::end(const std::vector<RuleCount>& rules) {
     for (const RuleCount& rule : rules) {
         write("rule", Clock::now(), toJson(rule), ruleText(rule));

@@ -7,8 +7,10 @@
 #include <memory>
 #include <mutex>
 #include <string>
+#include <string_view>
 #include <vector>
 
+#include "simulator/programs/program_runner.h"
 #include "simulator/report_json.h"
 
 namespace simulated_target {
@@ -24,6 +26,7 @@ public:
 
     void listening(const std::string& address, const std::string& store);
     void request(const RequestReport& report) noexcept;
+    void program(std::uint32_t applId, ProgramNews news, std::string_view line) noexcept;
     void end(const std::vector<RuleCount>& rules);
 
 private:

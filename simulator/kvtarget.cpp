@@ -2,8 +2,10 @@
 #include <csignal>
 #include <cstdio>
 #include <exception>
+#include <memory>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "simulator/control.h"
@@ -21,6 +23,7 @@
 namespace {
 
 using simulated_target::CommandLine;
+using simulated_target::EventLog;
 
 constexpr int kCannotRun = 1;
 constexpr int kBadCommandLine = 2;
@@ -87,9 +90,15 @@ int tellRules(const std::vector<simulated_target::RuleCount>& rules, const Comma
     return code;
 }
 
+std::shared_ptr<simulated_target::ProgramRunner> programRunner(const simulated_target::RunOptions& options,
+                                                               EventLog* log) {
+    if (log == nullptr) { return makeProgramRunner(options, simulated_target::printProgramNews); }
+    return makeProgramRunner(options, [log](std::uint32_t applId, simulated_target::ProgramNews news,
+                                            std::string_view line) { log->program(applId, news, line); });
+}
+
 int run(const CommandLine& line) {
-    const EndRequests endRequests;
-    std::optional<simulated_target::EventLog> log;
+    std::optional<EventLog> log;
     simulated_target::Options options = line.target;
     if (line.log) { log.emplace(line.logFile, line.logFormat); }
     simulated_target::RequestHistory history;
@@ -99,9 +108,11 @@ int run(const CommandLine& line) {
             if (line.control) { history.add(report); }
         };
     }
-    simulated_target::SimulatedTarget target{options};
-    const std::string address = target.start();
-    const simulated_target::Control control{target, history, EndRequests::ask};
+    if (line.running.run) { options.programs = programRunner(line.running, log ? &*log : nullptr); }
+    const EndRequests endRequests;
+    auto target = std::make_unique<simulated_target::SimulatedTarget>(options);
+    const std::string address = target->start();
+    const simulated_target::Control control{*target, history, EndRequests::ask};
     std::optional<simulated_target::ControlChannel> channel;
     if (line.control) {
         const auto answer = [&](std::string_view command) { return control.answer(command); };
@@ -112,20 +123,24 @@ int run(const CommandLine& line) {
     std::fflush(stdout);
     if (channel) { channel->start(); }
     endRequests.wait();
-    target.stop();
-    if (log) { log->end(target.ruleCounts()); }
-    return tellRules(target.ruleCounts(), line);
+    target->stop();
+    channel.reset();
+    const auto rules = target->ruleCounts();
+    target.reset();
+    options.programs.reset(); // now no program lives
+    if (log) { log->end(rules); }
+    return tellRules(rules, line);
 }
 
 std::string address(const simulated_target::Options& options) {
     return options.host + ":" + std::to_string(options.port);
 }
 
-void warnOfStrangers(const simulated_target::Options& options) {
-    if (options.host.starts_with("127.")) { return; }
-    std::fprintf(stderr,
-                 "kvtarget: warning: %s is not on loopback: everybody who reaches the port can write into the store\n",
-                 options.host.c_str());
+void warnOfStrangers(const CommandLine& line) {
+    const std::string& host = line.target.host;
+    if (host.starts_with("127.")) { return; }
+    std::fprintf(stderr, "kvtarget: warning: %s is not on loopback: everybody who reaches the port can %s\n",
+                 host.c_str(), line.running.run ? "run any program here, as this user" : "write into the store");
 }
 
 } // namespace
@@ -142,7 +157,7 @@ int main(int count, char** words) {
         std::fputs(line.toShow.c_str(), stdout);
         return 0;
     }
-    warnOfStrangers(line.target);
+    warnOfStrangers(line);
     try {
         return run(line);
     } catch (const std::exception& failure) {

@@ -27,6 +27,8 @@ constexpr std::uint32_t kMostSeconds = 24 * 60 * 60;
 constexpr std::uint32_t kMostMilliseconds = 60 * 60 * 1000;
 constexpr std::uint32_t kMostCores = 1024;
 constexpr std::uint32_t kMostPort = 65535;
+constexpr std::uint32_t kMostProcesses = 4096;
+constexpr std::uint32_t kMostKibibytes = 1024 * 1024;
 
 /// A value makes no sense, as what() says.
 using BadValue = std::invalid_argument;
@@ -121,6 +123,21 @@ void setControl(CommandLine& line, const std::string& value) {
     line.controlPath = value;
 }
 
+template <std::chrono::milliseconds RunOptions::*kMember, std::uint32_t kLowest>
+void setTime(CommandLine& line, const std::string& value) {
+    line.running.*kMember = std::chrono::milliseconds{numberOf(value, kLowest, kMostMilliseconds)};
+}
+
+template <std::uint32_t RunOptions::*kMember, std::uint32_t kHighest>
+void setBound(CommandLine& line, const std::string& value) {
+    line.running.*kMember = numberOf(value, 1, kHighest);
+}
+
+template <bool RunOptions::*kMember>
+void setFlag(CommandLine& line, const std::string&) {
+    line.running.*kMember = true;
+}
+
 void requireFaults(CommandLine& line, const std::string&) { line.requireFaults = true; }
 
 enum class Given : std::uint8_t { once, often };
@@ -140,6 +157,7 @@ constexpr const char* kPlace = "Where it is";
 constexpr const char* kNature = "What it is like";
 constexpr const char* kLacks = "What it lacks";
 constexpr const char* kFaults = "What goes wrong on purpose (docs/faults.md)";
+constexpr const char* kPrograms = "Whether it runs what is loaded (docs/target.md)";
 constexpr const char* kSight = "Watching and steering it (docs/target.md)";
 constexpr const char* kGeneral = "General";
 
@@ -148,7 +166,13 @@ using enum Value;
 constexpr auto kSerial = setNumber<&Options::cnSerialNumber, 0, kMostOfWord>;
 constexpr auto kInitCalls = setNumber<&Options::initialisationCalls, 0, kMostInitCalls>;
 constexpr auto kTimeout = setNumber<&Options::commandTimeout, 0, kMostSeconds>;
-constexpr auto kCores = setNumber<&Options::coreCount, 1, kMostCores>;
+constexpr auto kCoreCount = setNumber<&Options::coreCount, 1, kMostCores>;
+constexpr auto kRun = setFlag<&RunOptions::run>;
+constexpr auto kRunAsRoot = setFlag<&RunOptions::asRoot>;
+constexpr auto kStep = setTime<&RunOptions::step, 1>;
+constexpr auto kGrace = setTime<&RunOptions::grace, 0>;
+constexpr auto kMostPrograms = setBound<&RunOptions::mostPrograms, kMostProcesses>;
+constexpr auto kLogSize = setBound<&RunOptions::logSize, kMostKibibytes>;
 
 constexpr OptionRow kRows[] = {
     {kPlace, "--listen", "ADDRESS[:PORT]", required, once, setListen,
@@ -159,7 +183,7 @@ constexpr OptionRow kRows[] = {
      "initialisation calls of a process; 0 is complete load (1)"},
     {kNature, "--timeout", "SECONDS", required, once, kTimeout, "time that it asks hosts to grant a command (10)"},
     {kNature, "--delay", "MILLISECONDS", required, once, setDelay, "time that it takes for a command (20)"},
-    {kNature, "--cores", "NUMBER", required, once, kCores, "number of its processor cores (4)"},
+    {kNature, "--cores", "NUMBER", required, once, kCoreCount, "number of its processor cores (4)"},
     {kNature, "--flash", "ID[:NAME]", required, often, addFlashApplication,
      "an application in its flash memory; repeatable"},
     {kLacks, "--lack-procedure", "NAME", required, often, lackProcedure,
@@ -172,6 +196,13 @@ constexpr OptionRow kRows[] = {
      "CALL[@WHICH]:FAULT[=VALUE], as in the example; repeatable"},
     {kFaults, "--fault-file", "FILE", required, often, addFaultFile, "a file of such rules, one a line; repeatable"},
     {kFaults, "--require-faults", "", none, once, requireFaults, "end with 3 when one of them has never fired"},
+    {kPrograms, "--run", "", none, once, kRun, "run the programs that hosts load, on Linux"},
+    {kPrograms, "--run-as-root", "", none, once, kRunAsRoot, "run them even as root"},
+    {kPrograms, "--step", "MILLISECONDS", required, once, kStep, "for which a step lets a program run, at least (10)"},
+    {kPrograms, "--grace", "MILLISECONDS", required, once, kGrace,
+     "to end when it was asked to; then it is killed (2000)"},
+    {kPrograms, "--most-programs", "NUMBER", required, once, kMostPrograms, "programs that run at once (32)"},
+    {kPrograms, "--log-size", "KIB", required, once, kLogSize, "what is kept of a program's output (1024)"},
     {kSight, "--log", "[FILE]", optional, once, setLog, "a line per request, on standard error without a file"},
     {kSight, "--log-format", "text|json", required, once, setLogFormat, "what such a line is (text)"},
     {kSight, "--control", "[PATH]", optional, once, setControl, "commands from standard input, or from a Unix socket"},
@@ -210,6 +241,16 @@ void add(CLI::App& app, const OptionRow& row, CommandLine& line) {
     option->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
 }
 
+/// What only the whole of it shows.
+void examine(const CLI::App& app, const CommandLine& line) {
+    if (!line.running.run) { return; }
+    if (app.count("--cores") > 0) { throw BadCommandLine{"--cores: programs have the cores of this machine"}; }
+    if (line.running.grace >= std::chrono::seconds{line.target.commandTimeout}) {
+        throw BadCommandLine{"--grace: a host waits no longer for a stop than --timeout says"};
+    }
+    if (const auto reason = whyNotRun(line.running)) { throw BadCommandLine{"--run: " + *reason}; }
+}
+
 } // namespace
 
 CommandLine parseCommandLine(std::vector<std::string> arguments) {
@@ -240,6 +281,7 @@ CommandLine parseCommandLine(std::vector<std::string> arguments) {
     } catch (const CLI::CallForHelp&) { line.toShow = app.help(); } catch (const CLI::CallForVersion& version) {
         line.toShow = std::string{version.what()} + '\n';
     } catch (const CLI::ParseError& fault) { throw BadCommandLine{fault.what()}; }
+    if (line.toShow.empty()) { examine(app, line); }
 
     if (line.target.store.empty()) {
         const std::string port = line.target.port == 0 ? "" : "-" + std::to_string(line.target.port);

@@ -13,6 +13,7 @@ namespace simulated_target {
 struct CommandLine {
     std::string toShow{}; // help or version: there is nothing else to do then
     Options target{};
+    RunOptions running{};
     bool log = false;
     std::string logFile{}; // empty = standard error
     LogFormat logFormat = LogFormat::text;

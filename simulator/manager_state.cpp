@@ -1,5 +1,6 @@
 // What the application manager holds, as JSON.
 #include "simulator/application_manager.h"
+#include "simulator/program_commands.h"
 #include "simulator/report_json.h"
 
 namespace simulated_target {
@@ -56,6 +57,7 @@ Json toJson(const Application& process) {
             {"command", process.pending ? Json(process.pending->command->name) : Json(nullptr)},
             {"failure", toJson(process.failure)},
             {"end", toJson(process.end)},
+            {"program", process.program ? Json(describeProgram(process)) : Json(nullptr)},
             {"initialisations", process.initialised},
             {"binary", binaryDirectory(process) + '/' + binaryName(process)},
             {"parameters", toJson(process.values)},

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <iterator>
 
+#include "simulator/program_commands.h"
 #include "simulator/store_path.h"
 
 namespace simulated_target {
@@ -44,9 +45,14 @@ TApplManValue state(const ManagerFacts&, const Application* process) {
 TApplManValue groupSize(const ManagerFacts&, const Application* process) { return process->groupSize; }
 TApplManValue information(const ManagerFacts&, const Application* process) {
     const std::string name = "Simulated application " + binaryName(*process);
+    if (process->program) { return Text{name + ": " + describeProgram(*process)}; }
     if (!process->end) { return Text{name}; }
     const auto& how = std::get<Text>(process->end->arguments.back());
     return Text{name + ": ended by itself, " + how.value_or("")};
+}
+TApplManValue shortInformation(const ManagerFacts&, const Application* process) {
+    const bool runs = process != nullptr && process->program;
+    return Text{runs ? describeProgram(*process) : kDescription};
 }
 
 TApplManValue initialisationCalls(const ManagerFacts& facts, const Application*) { return facts.initialisationCalls; }
@@ -106,7 +112,7 @@ constexpr Parameter kParameters[] = {
     {kItem17, kTagText, false, true, readOnly, description},
     {kDownloadTimeText, kTagText, true, false, writable, kNoText},
     {kFileTimeText, kTagText, true, false, writable, kNoText},
-    {kItem128, kTagText, true, true, readOnly, description},
+    {kItem128, kTagText, true, true, readOnly, shortInformation},
     {kItem18, kTagText, false, true, readOnly, description},
     {kSerialNumber, kTagWord, false, true, readOnly, serialNumber},
     {kItem19, kTagText, false, true, readOnly, negatedDescription},

@@ -40,5 +40,7 @@ std::string binaryDirectory(const Application& process);
 std::string binaryName(const Application& process);
 
 inline constexpr const char* kApplicationsDirectory = "applications";
+inline constexpr std::uint32_t kArguments = applman::param::kParameter1001.target;
+inline constexpr std::uint32_t kCores = applman::param::kParameter1005.target; // on which a process runs
 
 } // namespace simulated_target

@@ -1,8 +1,8 @@
 // Replies as every procedure of the application manager makes them.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
-#include <span>
 
 #include "error_lists/error_list_access.h"
 #include "protocol/records.h"
@@ -17,19 +17,14 @@ inline applman::ErrorListBytes errorList(const Failure& failure) {
     return failure ? KvErrorListAccess::serialize({*failure}) : applman::ErrorListBytes{};
 }
 
-/// The entry and what a serialised list has. A list begins with the number of its entries.
-inline applman::ErrorListBytes inFront(const KvErrorListEntry& entry, std::span<const std::uint8_t> list) {
-    std::uint32_t count = 0;
-    Xdr old = Xdr::decoder(list);
-    xdr_u_int(old, count); // of an empty text none
-    ++count;
-    applman::ErrorListBytes bytes;
-    Xdr whole = Xdr::encoder(bytes);
-    xdr_u_int(whole, count);
-    const applman::ErrorListBytes first = KvErrorListAccess::serialize({entry});
-    bytes.insert(bytes.end(), first.begin() + kCountSize, first.end());
-    bytes.insert(bytes.end(), list.end() - static_cast<std::ptrdiff_t>(old.left()), list.end());
-    return bytes;
+/// The entry, and behind it those of a list that was made here: fewer than 256, which the last byte of its first word counts.
+inline applman::ErrorListBytes inFront(const KvErrorListEntry& entry, const applman::ErrorListBytes& list) {
+    constexpr std::size_t kWord = 4;
+    applman::ErrorListBytes whole = KvErrorListAccess::serialize({entry});
+    if (list.size() < kWord) { return whole; }
+    whole[kWord - 1] = static_cast<std::uint8_t>(whole[kWord - 1] + list[kWord - 1]);
+    whole.insert(whole.end(), list.begin() + kWord, list.end());
+    return whole;
 }
 
 inline applman::TApplManResult resultOf(const Failure& failure, std::int32_t whenFailed = kRefused) {

@@ -13,6 +13,7 @@
 
 #include "rpc_server/rpc_server.h"
 #include "simulator/fault_plan.h"
+#include "simulator/programs/program_runner.h"
 #include "simulator/request_report.h"
 
 namespace simulated_target {
@@ -29,9 +30,10 @@ struct Options {
     std::set<std::uint32_t> lackedParameters{};               // refused with 0x14a00804
     std::set<std::uint32_t> lackedFileTypes{};                // refused with 0x14a01077
     std::map<std::uint32_t, std::string> flashApplications{}; // names by ID
-    std::uint32_t coreCount = 4;                              // processor cores, numbered from 1
-    bool recordRequests = true;                               // the record grows until it is forgotten
-    std::vector<FaultRule> faults{};                          // what goes wrong on purpose
+    std::uint32_t coreCount = 4;               // processor cores, numbered from 1, unless it runs programs
+    bool recordRequests = true;                // the record grows until it is forgotten
+    std::vector<FaultRule> faults{};           // what goes wrong on purpose
+    std::shared_ptr<ProgramRunner> programs{}; // runs what is loaded; null = it is only stored
     /// Called when a request has been answered, by connections' threads, several at once; must not throw.
     std::function<void(const RequestReport&)> onRequest{};
 };

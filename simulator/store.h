@@ -13,6 +13,8 @@
 
 namespace simulated_target {
 
+class Descriptor;
+
 /// A file that is being written beside its final name. Unless it was committed it is removed with this object.
 class StagedFile {
 public:
@@ -55,6 +57,9 @@ public:
 
     /// The names of the directories in a directory; none when that is not there.
     std::vector<std::string> directoriesIn(const StorePath& directory) const;
+
+    /// A directory, of an empty path the root; none when it is not there, as errno tells. POSIX only.
+    Descriptor descriptorOf(const StorePath& directory) const;
 
 private:
     struct State;

@@ -12,32 +12,14 @@
 #include <unistd.h>
 #include <utility>
 
+#include "simulator/descriptor.h"
+
 namespace simulated_target {
 namespace {
 
 constexpr int kDirectoryFlags = O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC;
 constexpr mode_t kDirectoryMode = 0755;
 constexpr mode_t kFileMode = 0644;
-
-/// A file descriptor that is closed with it; -1 when there is none.
-class Descriptor {
-public:
-    explicit Descriptor(int number = -1) noexcept : number_(number) {}
-    Descriptor(Descriptor&& other) noexcept : number_(std::exchange(other.number_, -1)) {}
-    Descriptor& operator=(Descriptor&& other) noexcept {
-        std::swap(number_, other.number_);
-        return *this;
-    }
-    ~Descriptor() {
-        if (number_ != -1) { close(number_); }
-    }
-
-    int number() const noexcept { return number_; }
-    bool valid() const noexcept { return number_ != -1; }
-
-private:
-    int number_;
-};
 
 /// Makes a directory, so that it is on the disk when a file in it is.
 bool makeDirectoryAt(const Descriptor& parent, const std::string& name) noexcept {
@@ -184,6 +166,10 @@ std::vector<std::string> Store::directoriesIn(const StorePath& directory) const 
         if (isDirectory && isStoreName(name)) { names.push_back(std::move(name)); }
     }
     return names;
+}
+
+Descriptor Store::descriptorOf(const StorePath& directory) const {
+    return openDirectory(state_->root, directory, Missing::fails);
 }
 
 } // namespace simulated_target

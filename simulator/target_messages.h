@@ -34,6 +34,9 @@ enum class Code : std::uint32_t {
     unknownFlashApplication = 0x14a00812, // flash application
     unknownCoreKind = 0x14a00813,         // kind of the request
     programEnded = 0x14a00814,            // process, exit code or signal (text)
+    programNotStarted = 0x14a00815,       // process, reason (text)
+    noProgram = 0x14a00816,               // directory, file name, reason (texts)
+    unknownCore = 0x14a00817,             // core, number of cores
     unknownFileType = 0x14a01077,         // type
 };
 

@@ -19,9 +19,11 @@ std::optional<Store> openStore(const std::filesystem::path& folder) {
 }
 
 ApplicationManagerOptions managerOptions(const Options& options) {
+    const std::uint32_t coreCount = options.programs ? options.programs->coreCount() : options.coreCount;
     return {options.cnSerialNumber,  options.initialisationCalls, options.commandTimeout,
             options.commandDelay,    options.lackedProcedures,    options.lackedParameters,
-            options.lackedFileTypes, options.flashApplications,   options.coreCount};
+            options.lackedFileTypes, options.flashApplications,   coreCount,
+            options.programs};
 }
 
 kvrpc::RpcReply versionMismatch(std::uint32_t offered) {
@@ -36,6 +38,7 @@ kvrpc::RpcReply versionMismatch(std::uint32_t offered) {
 TargetService::TargetService(const Options& options, RebootRequest rebootWanted)
     : options_(options), rebootWanted_(std::move(rebootWanted)), store_(openStore(options.store)),
       faults_(options.faults) {
+    if (store_ && options_.programs) { options_.programs->examine(*store_); }
     forgetEverything();
 }
 

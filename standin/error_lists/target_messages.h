@@ -49,6 +49,9 @@ inline constexpr Row kRows[] = {
     {0x14a00812, "There is no such application in the flash memory. Flash application: %1."},
     {0x14a00813, "There is no such kind of processor cores. Kind: %1."},
     {0x14a00814, "The program of application 0x%1 has ended by itself: %2."},
+    {0x14a00815, "Start application failed. The program of application 0x%1 cannot be executed: %2."},
+    {0x14a00816, "Load application failed. The file '%1/%2' is no program that the target system could run: %3."},
+    {0x14a00817, "Programs on the target system cannot run on core %1. Number of cores: %2."},
     {0x14a01077, "The target system does not support files of this type. File type: %1."},
 };
 

@@ -13,6 +13,7 @@
 
 #include <winsock2.h>
 #else
+#include <arpa/inet.h>
 #include <cerrno>
 #include <fcntl.h>
 #include <netinet/in.h>
