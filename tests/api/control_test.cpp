@@ -17,7 +17,13 @@ const struct Command {
     {KvApplMan_pauseAppl, kPauseAppl, {}},         {KvApplMan_stepAppl, kStepAppl, {}},
 };
 
-using Control = ApiTest;
+class Control : public ApiTest {
+protected:
+    Outcome run(const Command& command) {
+        t.target.forgetRequests();
+        return outcome(command.function(pool, t.device, t.access, kId));
+    }
+};
 
 } // namespace
 
@@ -26,8 +32,7 @@ TEST_F(Control, AnAcceptedCommandIsSentOnceAndWaitedFor) {
         t.target.script(command.procedure, wire::result(5, {0x14a00900})); // any value but -1 accepts
         t.target.script(kGetParam, wire::value(std::uint32_t{10}));
         t.target.script(kGetCommandState, wire::result(0));
-        t.target.forgetRequests();
-        EXPECT_EQ(outcome(command.function(pool, t.device, t.access, kId)), (Outcome{0, {"target 0x14a00900"}}));
+        EXPECT_EQ(run(command), (Outcome{0, {"target 0x14a00900"}}));
         EXPECT_EQ(procedures(), (Words{command.procedure, kGetParam, kGetCommandState}));
         Words expected = command.mode;
         expected.insert(expected.end(), {t.accessId, kId});
@@ -36,4 +41,13 @@ TEST_F(Control, AnAcceptedCommandIsSentOnceAndWaitedFor) {
         EXPECT_EQ(sentWords(2), (Words{1, t.accessId, kId}));
         EXPECT_EQ(recorded_clock::naps(), Words{});
     }
+}
+
+TEST_F(Control, WhateverTheWaitForAPauseFailsWithIsSummarizedAndPassedOn) {
+    const Command& pause = kCommands[4];
+    t.target.script(kPauseAppl, wire::result(0));
+    t.target.script(kGetParam, wire::value(Text{"10"}));
+    EXPECT_EQ(run(pause), (Outcome{-204,
+                                   {"decodeParameterReturnValue 0x12500013", "waitWhileBusy 0x12500023",
+                                    "KvApplMan_pauseAppl 0x12500038(abc)"}}));
 }

@@ -68,6 +68,9 @@ TEST_F(Information, AddressesAreOneTextWithAGapForEachMissingOne) {
     EXPECT_EQ(readText(1, 16, 29), (Delivered{0, "192.168.0.1;;255.255.255.255", 29}));
     answer(Words{});
     EXPECT_EQ(readText(1, 16, 1), (Delivered{0, "", 1}));
+    answer(Words{});
+    size = 0;
+    EXPECT_EQ(KvApplMan_getApplInfo(pool, t.device, t.access, 1, 11, nullptr, &size), 0) << "nothing fits into nothing";
 }
 
 TEST_F(Information, StatesAreTranslatedAndAnUnknownOneIsDeliveredAsSuch) {
