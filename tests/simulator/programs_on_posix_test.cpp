@@ -281,7 +281,10 @@ TEST_F(Programs, LeaveNothingBehind) {
         ASSERT_EQ(run(KvApplMan_startAppl), kGood) << i;
         ASSERT_EQ(run(KvApplMan_stopAppl), kGood) << i;
     }
-    EXPECT_TRUE(comesTrue([&] { return held() == before; }));
+    EXPECT_TRUE(comesTrue([&] { // the connection of the download may still have been there before
+        const auto now = held();
+        return now.first == before.first && now.second <= before.second;
+    }));
 }
 
 TEST_F(Programs, ThatCannotBeExecutedAreNotLoadedOrNotStarted) {
