@@ -18,11 +18,10 @@ inline const char* const kBadHandles = "checkDeviceAndAccessRestrictionHandle 10
 using DeviceCall = std::function<std::int32_t(KvCErrorListPool&, void* device, void* access)>;
 
 /// A call of a function with what follows the handles.
-template <class... Parameters>
-DeviceCall with(std::int32_t (*function)(KvCErrorListPool&, void*, void*, Parameters...),
-                std::type_identity_t<Parameters>... arguments) {
+template <class... Parameters, class... Arguments>
+DeviceCall with(std::int32_t (*function)(KvCErrorListPool&, void*, void*, Parameters...), Arguments... arguments) {
     return [=](KvCErrorListPool& pool, void* device, void* access) {
-        return function(pool, device, access, arguments...);
+        return function(pool, device, access, static_cast<Parameters>(arguments)...);
     };
 }
 
