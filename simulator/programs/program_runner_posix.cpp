@@ -162,13 +162,13 @@ public:
     // For the watch alone.
 
     int keeper() const noexcept { return keeper_.number(); }
-    int output() const noexcept { return output_.number(); }
+    int output() const noexcept { return started_ ? output_.number() : -1; } // it is to be told of later than the start
 
     void takeOutput() {
         constexpr int kMostReads = 16; // then it is another's turn
         std::array<char, 16 * 1024> bytes;
-        for (int i = 0; i < kMostReads && output_.valid(); ++i) {
-            const ssize_t size = read(output_.number(), bytes.data(), bytes.size());
+        for (int i = 0; i < kMostReads && output() != -1; ++i) {
+            const ssize_t size = read(output(), bytes.data(), bytes.size());
             if (size < 0) { return; }
             if (size == 0) {
                 lines_.end();
@@ -191,6 +191,7 @@ public:
         if (last) { closeOutput(); } // what it has printed comes before its end
         const std::string event = lost ? takeEnd(kLostKeeper) : take(report);
         if (!event.empty()) { sink_(applId_, ProgramNews::event, event); }
+        started_ = true;
         return !last;
     }
 
@@ -239,6 +240,7 @@ private:
     }
 
     const std::uint32_t applId_;
+    bool started_ = false; // or not: the keeper has told
     Descriptor output_;
     std::optional<ProgramLog> log_; // while there is output
     const ProgramSink& sink_;
@@ -287,8 +289,11 @@ private:
         for (std::vector<std::shared_ptr<RunningProgram>> programs; followed(programs);) {
             waitForNews(programs);
             for (const auto& program : programs) {
-                program->takeOutput();
-                if (!program->takeReport()) { remove(program); }
+                if (program->takeReport()) {
+                    program->takeOutput();
+                } else {
+                    remove(program);
+                }
             }
         }
     }
