@@ -21,7 +21,7 @@ void runSteps(const Step<Demo> (&steps)[kCount], Demo& demo) {
         std::puts(step.name);
         const auto begin = std::chrono::steady_clock::now();
         step.run(demo);
-        times.push_back(std::chrono::steady_clock::now() - begin);
+        times.emplace_back(std::chrono::steady_clock::now() - begin);
     }
 
     std::puts("How long it took");

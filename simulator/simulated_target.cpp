@@ -104,7 +104,7 @@ std::string SimulatedTarget::start() {
     stop();
     const std::lock_guard lock{state_->mutex};
     state_->service.hurry(false);
-    const std::string address = state_->server.start(state_->options.host, state_->port);
+    std::string address = state_->server.start(state_->options.host, state_->port);
     state_->port = static_cast<std::uint16_t>(std::stoul(address.substr(address.find(':') + 1)));
     ++state_->life;
     state_->running = true;
