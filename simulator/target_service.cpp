@@ -57,11 +57,11 @@ kvrpc::RpcReply TargetService::handle(const kvrpc::RpcCall& call) {
         addAnswer(report, reply);
         std::ranges::transform(faults, std::back_inserter(report.faults), faultText);
     }
-    reply.shape = [this, faults, report, begin, connection = call.connection](kvrpc::Delivery& delivery) {
+    reply.shape = [this, faults, report, begin, connection = call.connection](kvrpc::Delivery& delivery) mutable {
         const auto reboot = spoil(faults, connection, {report.program, report.procedure, delivery});
-        delivery.afterwards = [this, report, begin, reboot]() mutable {
-            report.duration = std::chrono::duration_cast<std::chrono::microseconds>(Clock::now() - begin);
-            if (options_.onRequest) { options_.onRequest(report); }
+        report.duration = std::chrono::duration_cast<std::chrono::microseconds>(Clock::now() - begin);
+        if (options_.onRequest) { options_.onRequest(report); } // before the host has its answer
+        delivery.afterwards = [this, reboot] {
             if (reboot && rebootWanted_) { rebootWanted_(*reboot); }
         };
     };

@@ -70,7 +70,7 @@ TEST_F(ControlledTarget, ShowsWhatItHolds) {
     EXPECT_EQ(getCores(call), 0);
     Json state = ask("state");
     EXPECT_EQ(state["schema"], 1);
-    EXPECT_EQ(state["connections"].size(), 1U);
+    EXPECT_GE(state["connections"].size(), 1U); // that of the file transfer may not be closed yet
     EXPECT_EQ(state["groups"][0]["processes"], Json::array({1}));
     const Json& process = state["processes"][0];
     EXPECT_EQ(process["state"], "running");
