@@ -29,7 +29,7 @@ struct RequestReport {
     kvrpc::AcceptStatus status = kvrpc::AcceptStatus::success;
     std::optional<std::int32_t> result{}; // none when the answer has none
     std::vector<ReportedMessage> messages{};
-    std::chrono::microseconds duration{}; // until the answer was sent
+    std::chrono::microseconds duration{}; // until the answer goes out
 };
 
 /// The messages of a serialised list.
