@@ -212,6 +212,8 @@ public:
         std::vector<std::string> paths;
         std::vector<const char*> pathTexts;
         std::vector<const char*> targetPathTexts(files.size());
+        paths.reserve(files.size());
+        pathTexts.reserve(files.size());
         for (const std::filesystem::path& file : files)
             paths.push_back(toUtf8(file));
         for (const std::string& path : paths)

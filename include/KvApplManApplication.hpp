@@ -294,6 +294,7 @@ private:
             send(param, value.c_str(), 0);
         } else if constexpr (std::is_same_v<Type, std::vector<std::string>>) {
             std::vector<const char*> texts;
+            texts.reserve(value.size() + 1);
             for (const std::string& text : value)
                 texts.push_back(text.c_str());
             texts.push_back(nullptr); // not counted; an empty list needs an address, too

@@ -76,7 +76,7 @@ const NamedProcedure* findProcedure(std::uint32_t program, std::uint32_t number)
 std::string procedureName(std::uint32_t program, std::uint32_t number) {
     const NamedProcedure* const known = findProcedure(program, number);
     if (known != nullptr) { return std::string{known->name}; }
-    const std::string digits = std::to_string(number);
+    std::string digits = std::to_string(number);
     if (program == kManager) { return digits; }
     return program == kFiles ? std::string{kFilePrefix} + digits : std::to_string(program) + "." + digits;
 }

@@ -76,8 +76,10 @@ std::vector<TreeProcess> processesBelow(pid_t root) {
         }
     };
     addChildren(root);
-    for (std::size_t i = 0; i < below.size(); ++i) {
-        addChildren(below[i].pid);
+    std::size_t next = 0;
+    while (next < below.size()) { // it grows meanwhile
+        addChildren(below[next].pid);
+        ++next;
     }
     return below;
 }

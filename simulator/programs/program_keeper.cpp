@@ -39,6 +39,7 @@ void resetSignals() noexcept {
 
 std::vector<char*> wordsOf(std::vector<std::string>& texts) {
     std::vector<char*> words;
+    words.reserve(texts.size() + 1);
     for (std::string& text : texts) {
         words.push_back(text.data());
     }

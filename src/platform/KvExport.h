@@ -22,7 +22,7 @@
 /// A list of messages. C++ hands it over by reference, C by a pointer that is not null; for both it is the same call.
 #ifdef __cplusplus
 class KvCErrorListPool;
-#define KV_REF &
+#define KV_REF & // NOLINT(bugprone-macro-parentheses): part of a type
 #define KV_NOEXCEPT noexcept
 #else
 typedef struct KvCErrorListPool KvCErrorListPool;
