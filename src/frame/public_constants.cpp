@@ -9,12 +9,12 @@ namespace {
 
 // Each constant is named after what it stands for, and has its number.
 
-#define CONSTANT(name, camelCase, kCamelCase) static_assert(numberOf(Status::camelCase) == name);
+#define CONSTANT(name, camelCase, kCamelCase) static_assert(numberOf(Status::camelCase) == (name));
 #include <public_constants/APPLMAN_STATUS.h>
 #undef CONSTANT
 static_assert(numberOf(Status::ok) == KV_APPLMAN_OK);
 
-#define CONSTANT(name, camelCase, kCamelCase) static_assert(codeOf(Msg::camelCase) == name);
+#define CONSTANT(name, camelCase, kCamelCase) static_assert(codeOf(Msg::camelCase) == (name));
 #include <public_constants/APPLMAN_MSG.h>
 #undef CONSTANT
 

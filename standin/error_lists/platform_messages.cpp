@@ -77,15 +77,15 @@ constexpr bool eachRowStandsAtItsCode() {
 static_assert(eachRowStandsAtItsCode());
 
 // Users have a name for each of them, with its number, and for nothing else.
-#define CONSTANT(name, camelCase, kCamelCase) static_assert(std::uint32_t{name} == kCamelCase);
+#define CONSTANT(name, camelCase, kCamelCase) static_assert(std::uint32_t{name} == (kCamelCase));
 #include <public_constants/PLATFORM_MSG.h>
 #undef CONSTANT
-#define CONSTANT(name, camelCase, kCamelCase) +1
-constexpr std::size_t kNamed = 0
+#define CONSTANT(name, camelCase, kCamelCase) name,
+constexpr std::uint32_t kNamed[] = {
 #include <public_constants/PLATFORM_MSG.h>
-    ;
+};
 #undef CONSTANT
-static_assert(kNamed == kCount);
+static_assert(std::size(kNamed) == kCount);
 
 } // namespace
 
