@@ -22,10 +22,10 @@ enum class Code : std::uint32_t {
     readOnlyParameter = 0x14a00806,       // parameter
     badApplicationNumber = 0x14a00807,    // application number, group size
     numberTaken = 0x14a00808,             // application number, process that has it
-    unknownGroup = 0x14a00809,            // identity words
+    unknownGroup = 0x14a00809,            // first identity word, second identity word
     otherGroupSize = 0x14a0080a,          // group size given, group size known
     binaryMissing = 0x14a0080b,           // directory, file name (texts)
-    notInitialised = 0x14a0080c,          // process, initialisation calls made, wanted
+    notInitialised = 0x14a0080c,          // process, initialisation calls made, calls wanted
     limitReached = 0x14a0080d,            // the most there can be
     unknownState = 0x14a0080e,            // state
     badFileName = 0x14a0080f,             // directory, file name (texts)
