@@ -72,7 +72,7 @@ inline constexpr const char* kNotWritable = "nothing can be written there";
 
 inline constexpr const char* kProbe = "probe"; // a name to begin a file with that is never committed
 
-/// Removes the files below `root` that bear the stage prefix.
+/// Removes the files below `root` that bear the stage prefix. For whoever has locked it: it cannot tell whose they are.
 void sweepStagedFiles(const std::filesystem::path& root);
 
 /// A name for a file that is being written, new in this process.

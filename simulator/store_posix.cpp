@@ -1,3 +1,11 @@
+// Everything is done through descriptors, from the root's down and name by name, with O_NOFOLLOW: a link is never followed,
+// not even one that is put there meanwhile. The root's descriptor bears the lock on the folder, so it goes when the process
+// does, however that ends.
+// A staged file is brought to the disk, renamed, and the directory brought to the disk, in this order: at every moment the
+// final name shows the old file or the whole new one. Whoever staged it removes it unless it was committed; what a killed
+// target has left is swept when the store is opened, behind the lock. The system makes renames and removals safe between
+// threads, so there is no lock of ours; of two commits to one name the later stays.
+// Only opening throws (and a lack of memory); after a failure errno tells why.
 #include "simulator/store.h"
 
 #include <algorithm>

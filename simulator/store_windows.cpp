@@ -1,3 +1,8 @@
+// Everything is done by path, and each name on the way is looked at first: a link that is there is not followed, but one that
+// is put there between the look and the use would be. The lock is the folder itself, opened in a way that the system grants
+// once; it goes when the process does.
+// A staged file is brought to the disk and closed before it is renamed, since an open one cannot be; renames wait for each
+// other, since the system refuses one over a file that is just being replaced. Only opening throws (and a lack of memory).
 #include "simulator/store.h"
 
 #include <mutex>

@@ -1,3 +1,11 @@
+// The program is its process group and everything below this process, which is the subreaper of what leaves the group.
+// - Its first process is not reaped before all have ended: until then nobody else can get its number, which is the
+//   group's and to which signals go.
+// - The keeper ends by killing everything that is left, whatever the reason: it was told to, the target's end of the socket
+//   was closed, or the program has ended. While it is being stopped, the end of the first process ends nothing: the others
+//   have their time, too.
+// - There is one order at a time, but for crash, bind and the end; a report of `done` answers it. One thread, no lock.
+// - Should the keeper itself be killed, the system kills the program's first process, and the runner the rest.
 #include "simulator/programs/program_keeper.h"
 
 #include <algorithm>

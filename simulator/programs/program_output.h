@@ -1,4 +1,5 @@
-// What a program prints: kept in log files of bounded size in its folder, and handed on line by line. POSIX only.
+// What a program prints: kept in log files of bounded size in its folder, and handed on line by line. Neither has a lock:
+// the watch of the programs alone uses them. POSIX only.
 #pragma once
 
 #include <cstdint>

@@ -1,5 +1,11 @@
 // The target's side of running programs: asks the runner process for them, follows what becomes of them, and takes what
 // they print.
+// - Two kinds of threads: the target's, which give orders and ask how a program is, and the one of the watch, which alone
+//   reads from keepers and pipes, and alone closes them. An order is therefore sent under the program's lock.
+// - Locks, from the outside in: the application manager's, the watch's, one program's. The watch calls the sink under none
+//   of them, and never takes the application manager's.
+// - A program that nobody holds any more is killed by its keeper, but the watch follows it to its end. At the end all are
+//   left first, then the runner process is waited for, then the watch has what it takes to end.
 #include "simulator/programs/program_runner.h"
 
 #include <algorithm>

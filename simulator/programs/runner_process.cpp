@@ -1,3 +1,10 @@
+// Who kills what. The target's end of the control socket is the runner's life: when that is closed, however the target went,
+// the runner takes no further request and ends once its keepers have, each of which sees the same at its own socket. A
+// keeper that was killed leaves its program, which the system kills then, and what that has started, which becomes the
+// runner's, since it is the subreaper: what is its child and no keeper is killed.
+// A request is one message with three descriptors; they are the keeper's, and the runner keeps none. It is forked before
+// there is a thread, so memory may be asked for. A lack of it ends the runner: what runs stays with its keepers, and each
+// further start fails.
 #include "simulator/programs/runner_process.h"
 
 #include <algorithm>

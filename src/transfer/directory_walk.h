@@ -1,4 +1,5 @@
-// The way through a directory tree. It lies on the heap, so that the depth of a tree is no matter of stack size.
+// The way through a directory tree. It lies on the heap, so that the depth of a tree is no matter of stack size. Each level
+// keeps its directory open until it is left, by which a link back to one is found.
 #pragma once
 
 #include <cstdint>

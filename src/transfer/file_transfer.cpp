@@ -1,3 +1,7 @@
+// Whoever makes a client deletes it: a caller's is left alone, one that was made here goes on every path, also when memory
+// runs out. Of several failures the first is the result: that the client was not deleted counts only when nothing failed
+// before. In a tree each directory is made before what lies in it, and the first failure stops everything; what was sent
+// before stays. Only std::bad_alloc is thrown.
 #include "transfer/file_transfer.h"
 
 #include <utility>

@@ -1,4 +1,6 @@
 // Progress of one call: what is done so far, and reporting it to the host's callback.
+// A file counts once, when it is over, whether it arrived or not; the bytes of one on its way are only added to a report. The
+// callback runs on the thread of the call with no lock held, so it may call the library.
 #pragma once
 
 #include <cstdint>

@@ -1203,8 +1203,9 @@ constexpr Explanation kExplanations[] = {
      "hangs.",
      "%1 address (text), %2 procedure (number)",
      "The target did not answer a call in time, which is 15 seconds.",
-     "The target hangs or is overloaded, or was switched off or unplugged while it was connected, so that "
-     "nothing tells the host. %2 is the procedure.",
+     "The target hangs or is overloaded, while its system still acknowledges what it is sent. %2 is the "
+     "procedure. One that was switched off or unplugged shows as 0x12600013 on a Linux host, but may show "
+     "as this on Windows.",
      "Check that the target is alive. The request may have been carried out: read the state before you "
      "send it again. `kvtarget --fault start:hang` provokes it.",
      "every function that talks to a target"},
@@ -1213,7 +1214,8 @@ constexpr Explanation kExplanations[] = {
      "was restarted.",
      "%1 address (text), %2 procedure (number)",
      "The connection broke while a call was under way.",
-     "The target was restarted, has crashed or has closed the connection; a cable or a firewall cut it.",
+     "The target was restarted, has crashed or has closed the connection; a firewall cut it; or, on a "
+     "Linux host, the target was switched off or unplugged and has acknowledged nothing for 10 seconds.",
      "See whether the target was restarted: item 2052 of application 0 tells when it was started. If so, "
      "application IDs and groups from before are void. The next call connects anew. `kvtarget --fault "
      "start:close` provokes it.",
