@@ -4,7 +4,7 @@
 
 -- begin: written by scripts/dissector-tables
 local programs = {
-    [0x20004B56] = { title = "Applman", version = 2, procedures = {
+    [0x20004B56] = { title = "Application manager", prefix = "", version = 2, procedures = {
         [2] = { name = "set-param", wire = "APPLMAN_SET_PARAM", request = "applman_set_param_request", reply = "applman_result" },
         [3] = { name = "init", wire = "APPLMAN_INIT_APPL", request = "applman_request", reply = "applman_result" },
         [4] = { name = "load", wire = "APPLMAN_LOAD_APPL", request = "applman_request", reply = "applman_result" },
@@ -32,7 +32,7 @@ local programs = {
         [28] = { name = "clear-flash", wire = "APPLMAN_CLEAR_FLASH_APPL", request = "applman_flash_request", reply = "applman_result" },
         [29] = { name = "terminate", wire = "APPLMAN_TERMINATE_APPL", request = "applman_pair_request", reply = "applman_result" },
     } },
-    [0x20004B57] = { title = "File transfer", version = 1, procedures = {
+    [0x20004B57] = { title = "File transfer", prefix = "file.", version = 1, procedures = {
         [1] = { name = "file.open", wire = "FILE_OPEN", request = "file_open_request", reply = "file_reply" },
         [2] = { name = "file.write", wire = "FILE_WRITE", request = "file_write_request", reply = "file_reply" },
         [3] = { name = "file.commit", wire = "FILE_COMMIT", request = "file_transfer_request", reply = "file_reply" },
@@ -396,7 +396,14 @@ local makers = {
     bytes = function(abbreviation, label) return ProtoField.bytes(abbreviation, label) end,
 }
 
+-- One field for what has another width or sign from record to record.
+local commonKinds = { ["applman.appl_id"] = "uint32", ["applman.flash_appl_id"] = "uint64" }
+
+local kinds = {}
 local function declare(abbreviation, kind, label, names, display)
+    kind = commonKinds[abbreviation] or kind
+    assert(kinds[abbreviation] == nil or kinds[abbreviation] == kind, abbreviation .. " is of two kinds")
+    kinds[abbreviation] = kind
     fields[abbreviation] = fields[abbreviation] or makers[kind](abbreviation, label, display or base.DEC, names)
 end
 
@@ -423,7 +430,7 @@ local tagNames, programNames = {}, {}
 for tag, arm in pairs(unions.applman_value) do tagNames[tag] = arm[1] end
 for number, program in pairs(programs) do
     programNames[number] = program.title
-    program.procedures[0] = { name = program.procedures[1] and "file.null" or "null", wire = "NULL" }
+    program.procedures[0] = { name = program.prefix .. "null", wire = "NULL" }
 end
 
 for abbreviation, row in pairs {
@@ -444,7 +451,7 @@ for abbreviation, row in pairs {
     authentication_status = { "uint32", "Authentication status" },
     lowest_version = { "uint32", "Lowest version" },
     highest_version = { "uint32", "Highest version" },
-    data = { "bytes", "Data" },
+    rest = { "bytes", "Further bytes" },
     ["value.tag"] = { "uint32", "Type", tagNames },
     ["message.code"] = { "uint32", "Code", nil, base.HEX },
     ["message.line"] = { "uint32", "Line" },
@@ -466,7 +473,7 @@ local experts = {
         expert.group.UNDECODED, expert.severity.NOTE),
     badList = ProtoExpert.new("applman.bad_list", "The bytes are not one error list; a host takes no message of it",
         expert.group.MALFORMED, expert.severity.WARN),
-    refused = ProtoExpert.new("applman.refused", "Refused", expert.group.RESPONSE_CODE, expert.severity.NOTE),
+    refused = ProtoExpert.new("applman.refused", "Refused or failed", expert.group.RESPONSE_CODE, expert.severity.NOTE),
     repeated = ProtoExpert.new("applman.repeated", "The call was answered before", expert.group.SEQUENCE,
         expert.severity.WARN),
     unasked = ProtoExpert.new("applman.unasked", "The capture holds no call with this transaction ID",
@@ -497,10 +504,36 @@ local function takeWord(cursor) return take(cursor, 4):uint() end
 
 local function add(tree, abbreviation, ...) return tree and tree:add(fields[abbreviation], ...) end
 
+-- UTF-8 that can be shown: of what is none, and of control characters, the bytes in hexadecimal digits.
+local characters = {
+    "^[\32-\126]+", "^[\194-\223][\128-\191]", "^\224[\160-\191][\128-\191]", "^[\225-\236\238\239][\128-\191][\128-\191]",
+    "^\237[\128-\159][\128-\191]", "^\240[\144-\191][\128-\191][\128-\191]",
+    "^[\241-\243][\128-\191][\128-\191][\128-\191]", "^\244[\128-\143][\128-\191][\128-\191]",
+}
+
+local function lengthOfCharacters(text, at)
+    for _, pattern in ipairs(characters) do
+        local _, last = text:find(pattern, at)
+        if last then return last - at + 1 end
+    end
+    return 0
+end
+
+local function readable(range)
+    local text = range and range:raw() or ""
+    local parts, at = {}, 1
+    while at <= #text do
+        local length = lengthOfCharacters(text, at)
+        table.insert(parts, length > 0 and text:sub(at, at + length - 1) or string.format("\\x%02x", text:byte(at)))
+        at = at + math.max(length, 1)
+    end
+    return table.concat(parts)
+end
+
 local function addWord(cursor, tree, abbreviation)
     local range = take(cursor, 4)
-    add(tree, abbreviation, range)
-    return range:uint()
+    local item = add(tree, abbreviation, range)
+    return range:uint(), item
 end
 
 -- Counted bytes and their padding. None for no bytes.
@@ -525,7 +558,7 @@ local decodeRecord, decodeUnion, decodeErrorList
 local function decodeText(cursor, tree, abbreviation)
     local from = cursor.at
     local range = takeBytes(cursor)
-    local text = range and range:string(ENC_UTF_8) or ""
+    local text = readable(range)
     add(tree, abbreviation, range or cursor.tvb:range(from, 4), text)
     return text
 end
@@ -565,15 +598,16 @@ local function decodeArray(cursor, tree, member, abbreviation)
     local from = cursor.at
     local count = member.count or takeWord(cursor)
     if count > left(cursor) / 4 then error(beyondTheRecord) end -- every element takes 4 bytes or more
-    local branch = tree and tree:add(cursor.tvb:range(math.min(from, cursor.stop - 4), 4), labelOf(member[1]) .. ": " .. count)
+    local branch = tree and tree:add(cursor.tvb:range(math.min(from, cursor.stop - 4), 4), labelOf(member[1]) .. " (" .. count .. ")")
     local values = {}
     for at = 1, count do
         local shown = at <= mostElements
         local value = decodeOne(cursor, shown and branch or nil, member[2], abbreviation)
-        if shown then values[at] = tostring(value) end
+        if shown then values[at] = value and tostring(value) end
     end
     if branch then branch:set_len(cursor.at - from) end
     if branch and count > mostElements then branch:append_text(", of which " .. mostElements .. " are shown") end
+    if records[member[2]] then return count end
     return "[" .. table.concat(values, " ", 1, math.min(#values, 8)) .. (#values > 8 and " ..." or "") .. "]"
 end
 
@@ -592,14 +626,18 @@ local told = {
     appl_id = "application", appl_no = "number", appl_count = "of", target_param_id = "parameter", target_state = "state",
     core_kind = "kind", flash_appl_id = "flash application", file_name = "", source_path = "", transfer = "transfer",
     size = "size", offset = "offset", directory = "in", name = "", base = "in", local_time = "", value = "", core_ids = "",
-    flash_appl_ids = "", files = "", target_path = "", target_name = "",
+    flash_appl_ids = "", files = "files", target_path = "", target_name = "", bytes = "",
 }
 
 local function resultMeaning(call, result)
-    local name = call and call.procedure and call.procedure.name or ""
-    if name:match("^file%.") then return fileResultNames[result] end
-    if name == "get-command-state" then return ({ [0] = "finished", [2] = "busy" })[result] or "failed" end
+    if call.name:match("^file%.") then return fileResultNames[result] end
+    if call.name == "get-command-state" then return ({ [0] = "finished", [2] = "busy" })[result] or "failed" end
     return ({ [0] = "done", [-1] = "refused" })[result]
+end
+
+local function failed(call, result)
+    local busy = call.name == "get-command-state" and result == 2
+    return result and result ~= 0 and not busy
 end
 
 -- Where the meaning of a number hangs on the call: a result, and the value of a parameter.
@@ -625,7 +663,7 @@ function decodeRecord(cursor, tree, record)
         local value, item = decodeMember(cursor, tree, record, member)
         local meaning = meaningOf(cursor, member[1], value)
         if meaning and item then item:append_text(" (" .. meaning .. ")") end
-        if member[1] == "result" then cursor.result, cursor.meaning = value, meaning or tostring(value) end
+        if member[1] == "result" then cursor.result, cursor.meaning = value, meaning or "result " .. value end
         tell(cursor, prefixOf(record) .. member[1], member[1], value)
     end
 end
@@ -637,8 +675,9 @@ function decodeUnion(cursor, tree, union)
     local branch = tree:add(cursor.tvb:range(from, 4), "Value")
     branch:add(fields["applman.value.tag"], cursor.tvb:range(from, 4))
     if not arm then error(beyondTheRecord) end
-    local value = decodeMember(cursor, branch, union, arm)
+    local value, item = decodeMember(cursor, branch, union, arm)
     local meaning = meaningOf(cursor, arm[1], value)
+    if meaning and item then item:append_text(" (" .. meaning .. ")") end
     branch:set_len(cursor.at - from)
     branch:append_text(": " .. tostring(value) .. (meaning and " (" .. meaning .. ")" or ""))
     return meaning or tostring(value)
@@ -647,7 +686,7 @@ end
 -- The text of a message, with its arguments in their places.
 local function rendered(code, arguments)
     local text = messageTexts[code]
-    return text and text:gsub("%%(%d)", function(place) return arguments[tonumber(place)] or "" end)
+    return text and text:gsub("%%(%d)", function(place) return arguments[tonumber(place)] end)
 end
 
 local conversions = {
@@ -657,7 +696,7 @@ local conversions = {
 conversions.u, conversions.x = conversions.d, conversions.d
 
 local function argumentText(letter, range)
-    if letter == "s" then return range and range:string(ENC_UTF_8) or "" end
+    if letter == "s" then return readable(range) end
     if letter == "x" then return string.format("%x", range:uint()) end
     return tostring(letter == "d" and range:int() or range:uint())
 end
@@ -691,16 +730,20 @@ function decodeErrorList(cursor, tree, range)
     local branch = tree:add(place, "Error list" .. (range and "" or ": none"))
     if not range then return end
     local list = cursorOver(range:tvb())
+    local first = nil
     local whole, failure = pcall(function()
         local count = takeWord(list)
         branch:append_text(": " .. count)
         for _ = 1, count do
             local message = decodeMessage(list, branch)
-            cursor.message = cursor.message or message
+            first = first or message
         end
         if left(list) > 0 then error(beyondTheRecord) end
     end)
-    if whole then return end
+    if whole then
+        cursor.message = first
+        return
+    end
     if failure ~= beyondTheRecord then error(failure, 0) end
     branch:add_proto_expert_info(experts.badList)
 end
@@ -746,9 +789,11 @@ local function addName(tree, range, call)
     add(tree, "applman.name", range, call.name):set_generated()
 end
 
-local function titleOf(call)
-    local program = programs[call.program]
-    return program and program.title or string.format("Program 0x%08x", call.program)
+-- As the log of the simulated target names a procedure.
+local function nameOf(program, programNumber, number)
+    local procedure = program and program.procedures[number]
+    if procedure then return procedure.name end
+    return (program and program.prefix or programNumber .. ".") .. number
 end
 
 local function decodeCall(cursor, tree, at)
@@ -756,16 +801,17 @@ local function decodeCall(cursor, tree, at)
     local call = { stream = at.stream, xid = at.xid, frame = at.frame, time = at.time }
     call.program = addWord(cursor, tree, "applman.program")
     call.version = addWord(cursor, tree, "applman.version")
-    local number = addWord(cursor, tree, "applman.procedure")
+    local number, item = addWord(cursor, tree, "applman.procedure")
     local program = programs[call.program]
     call.procedure = program and program.version == call.version and program.procedures[number] or nil
-    call.name = call.procedure and call.procedure.name or (titleOf(call) .. " procedure " .. number):lower()
+    call.name = nameOf(program, call.program, number)
     addName(tree, cursor.tvb:range(cursor.at - 4, 4), call)
+    if call.procedure then item:append_text(" (" .. call.procedure.wire .. ")") end
     addAuthentication(cursor, tree, "applman.credential")
     addAuthentication(cursor, tree, "applman.verifier")
     call = remember(call)
     cursor.call = call
-    if call.answered then add(tree, "applman.reply_in", call.answered):set_generated() end
+    if call.answered then add(tree, "applman.reply_in", call.answered.frame):set_generated() end
     cursor.title = "Call " .. call.name
     if call.procedure and call.procedure.request then decodeRecord(cursor, tree, call.procedure.request) end
     call.parameter = cursor.parameter
@@ -783,8 +829,8 @@ local function addCall(cursor, tree, at)
     add(tree, "applman.call_in", place, call.frame):set_generated()
     local seconds = at.time - call.time
     add(tree, "applman.time", place, NSTime.new(math.floor(seconds), math.floor(seconds % 1 * 1e9 + 0.5))):set_generated()
-    call.answered = call.answered or at.frame
-    if call.answered ~= at.frame then tree:add_proto_expert_info(experts.repeated) end
+    call.answered = call.answered or at
+    if call.answered.frame ~= at.frame or call.answered.place ~= at.place then tree:add_proto_expert_info(experts.repeated) end
     return call
 end
 
@@ -815,14 +861,14 @@ local function decodeReply(cursor, tree, at)
         return true
     end
     if call.procedure and call.procedure.reply then decodeRecord(cursor, tree, call.procedure.reply) end
-    if cursor.result and cursor.result < 0 then tree:add_proto_expert_info(experts.refused) end
+    if failed(call, cursor.result) then tree:add_proto_expert_info(experts.refused) end
     return call.procedure ~= nil
 end
 
 -- What is behind a record, or what nobody can name.
 local function addRest(cursor, tree, named)
     if left(cursor) == 0 then return end
-    local item = add(tree, "applman.data", take(cursor, left(cursor)))
+    local item = add(tree, "applman.rest", take(cursor, left(cursor)))
     if named then item:add_proto_expert_info(experts.trailing) end
 end
 
@@ -860,7 +906,7 @@ local function showRecord(record, tvb, pinfo, tree)
         add(branch, "applman.fragment", tvb:range(fragment.at - 4, 4), fragment.length)
     end
     local cursor = cursorOver(record.tvb)
-    local at = { stream = record.stream, frame = pinfo.number, time = pinfo.rel_ts }
+    local at = { stream = record.stream, frame = pinfo.number, place = record.from, time = pinfo.rel_ts }
     local whole, failure = pcall(decodeMessageOfRpc, cursor, branch, at)
     if not whole and failure ~= beyondTheRecord then error(failure, 0) end
     if not whole or record.partial then
