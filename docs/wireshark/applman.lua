@@ -934,7 +934,8 @@ local function contentOf(tvb, fragments)
     return bytes:len() > 0 and bytes:tvb("Record of " .. #fragments .. " fragments") or nil
 end
 
--- The record that begins at a place: as much of it as there is, and how many bytes of it are missing at least.
+-- The record that begins at a place: as much of it as there is, and how many bytes of it are missing. That is known in the
+-- last fragment only; asking for fewer would keep the record back until the segment after the one that completes it.
 local function findRecord(tvb, from)
     local record = { from = from, stop = from, fragments = {}, size = 0 }
     local total = tvb:captured_len()
@@ -949,7 +950,9 @@ local function findRecord(tvb, from)
         record.stop = fragment.at + fragment.held
         table.insert(record.fragments, fragment)
         if record.size > largestRecord then return record, 0 end
-        if fragment.held < fragment.length then return record, fragment.length - fragment.held end
+        if fragment.held < fragment.length then
+            return record, last and fragment.length - fragment.held or DESEGMENT_ONE_MORE_SEGMENT
+        end
     end
     return record, 0
 end
