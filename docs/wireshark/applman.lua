@@ -964,10 +964,10 @@ local function showOversized(record, tvb, pinfo, tree)
     showInColumns(pinfo, "Record mark beyond 256 MiB [malformed]")
 end
 
--- How many bytes were taken; 0 when they are none of ours.
-function applman.dissector(tvb, pinfo, tree)
+-- How many bytes were taken; 0 when they are none of ours. A record that is not whole waits for its rest where TCP can.
+local function dissect(tvb, pinfo, tree, mayWait)
     local total = tvb:captured_len()
-    local cut = total < tvb:reported_len()
+    mayWait = mayWait and total == tvb:reported_len()
     local streams = { streamField() }
     local at = 0
     while at < total and plausibleHead(tvb, at) do
@@ -976,7 +976,7 @@ function applman.dissector(tvb, pinfo, tree)
             showOversized(record, tvb, pinfo, tree)
             return total
         end
-        if missing ~= 0 and pinfo.can_desegment > 0 and not cut then
+        if missing ~= 0 and mayWait then
             pinfo.desegment_offset = at
             pinfo.desegment_len = missing
             return total
@@ -991,12 +991,15 @@ function applman.dissector(tvb, pinfo, tree)
     return at
 end
 
--- Recognised by a first call, at the begin of a segment; then all of the connection is ours.
+function applman.dissector(tvb, pinfo, tree) return dissect(tvb, pinfo, tree, pinfo.can_desegment > 0) end
+
+-- Recognised by a first call, at the begin of a segment; then all of the connection is ours. Whether TCP can wait is not to
+-- be seen from here; it mostly can.
 local function recognise(tvb, pinfo, tree)
     if tvb:captured_len() < 28 or tvb:range(8, 4):uint() ~= 0 or tvb:range(12, 4):uint() ~= 2 then return false end
     if not programs[tvb:range(16, 4):uint()] then return false end
     pinfo.conversation = applman
-    return applman.dissector(tvb, pinfo, tree) > 0
+    return dissect(tvb, pinfo, tree, true) > 0
 end
 
 local tcpPorts = DissectorTable.get("tcp.port")
