@@ -37,9 +37,9 @@ TEST(ForeignClient, RegistersAProcessAndGetsBackTheParameterThatItHasSet) {
         [](CLIENT* created) { clnt_destroy(created); }};
     ASSERT_NE(client, nullptr) << clnt_spcreateerror("target");
 
-    u_int accessId = kAccessId;
+    applman_open_group_request open{kAccessId};
     ForeignReply<applman_group_result> group{xdr_applman_group_result};
-    ASSERT_EQ(applman_open_group_2(&accessId, &group, client.get()), RPC_SUCCESS);
+    ASSERT_EQ(applman_open_group_2(&open, &group, client.get()), RPC_SUCCESS);
     EXPECT_EQ(group.result, 0);
     applman_register_request request{};
     request.access_id = kAccessId;
