@@ -1082,9 +1082,8 @@ constexpr Explanation kExplanations[] = {
      "",
      "A filter handle names no filter.",
      "None that a host could make: the library makes its filters and deletes them itself.",
-     "If you see it, there was no memory for a filter. The device list was not searched for a serial "
-     "number or address.",
-     "KvApplMan_getApplInfo, KvApplMan_createApplGroupHandle_2, KvApplMan_registerAppl_2, in principle"},
+     "If you see it, library and platform library are of different versions.",
+     "none that a host calls"},
     {"KV_PLATFORM_MSG_PARAMETER_UNKNOWN", "message", 0x12600003,
      "Parameter %1 does not exist for this kind of handle. Check the parameter number and the handle.",
      "%1 parameter (number)",
@@ -1187,8 +1186,7 @@ constexpr Explanation kExplanations[] = {
      "stands between.",
      "%1 address (text)",
      "The target did not answer within 5 seconds when it was to be connected.",
-     "It is switched off or hangs, a firewall drops packets without a word, or another thread was "
-     "connecting to it all the time.",
+     "It is switched off or hangs, or a firewall drops packets without a word.",
      "Check that the target is on and the port open. Each such call costs 5 seconds, and calls for other "
      "devices that look for their channel wait meanwhile.",
      "every function that talks to a target"},
@@ -1457,8 +1455,9 @@ constexpr Explanation kExplanations[] = {
      "Remove file failed. The target system cannot remove the file. Target path: '%1/%2'.",
      "%1 directory (text), %2 file name (text)",
      "The target could not delete a file or a folder.",
-     "It is not there any more, or the target may not delete it. At an unload it is the folder of a "
-     "process whose programs are run.",
+     "The target may not delete it or something in it, or, on Windows, a program holds it open. At an "
+     "unload it is the folder of a process whose programs are run. What is not there any more counts as "
+     "removed.",
      "Look into the target's store, and at who owns what is there.",
      "KvApplMan_removeFile, KvApplMan_unloadAppl"},
     {"TARGET_UNKNOWN_FLASH_APPLICATION", "message", 0x14a00812,
@@ -1485,14 +1484,15 @@ constexpr Explanation kExplanations[] = {
      "went into the background, which counts as the end.",
      "This is a warning, also in calls that succeed, until a command for the process does. Read what the "
      "program printed: `output.log` in its folder of the target's store. Start it again when the cause is "
-     "gone.",
+     "gone. The command `crash` of `kvtarget --control` provokes it.",
      "every function that takes an application ID"},
     {"TARGET_PROGRAM_NOT_STARTED", "message", 0x14a00815,
      "Start application failed. The program of application 0x%1 cannot be executed: %2.",
      "%1 process (hexadecimal), %2 reason (text)",
      "The program of the process cannot be executed.",
      "%2 says why, such as a missing interpreter or loader, no rights, or more programs than the target "
-     "runs at once (`--most-programs`). An application from flash memory has no program at all.",
+     "runs at once (`--most-programs`). With `--run` an application from flash memory has no program and "
+     "does not start.",
      "Try the program in the target's store by hand, under the target's user.",
      "KvApplMan_startAppl"},
     {"TARGET_NO_PROGRAM", "message", 0x14a00816,
