@@ -206,7 +206,7 @@ enum KvApplManMessage {
     KV_APPLMAN_MSG_COMMAND_TIMEOUT_UNKNOWN = 0x12500023,
     /// `%s%s` a path for a directory is missing: source, target
     KV_APPLMAN_MSG_DIRECTORY_PATH_MISSING = 0x12500026,
-    /// `%x%u%u` the list of additional files does not fit: application, its length, number of files
+    /// `%x%u%u` the list of additional files does not fit: application, length of the list, number of files
     KV_APPLMAN_MSG_FILE_LIST_BUFFER_TOO_SMALL = 0x12500027,
     /// the target refused a parameter
     KV_APPLMAN_MSG_PARAMETER_NOT_SET = 0x12500028,
@@ -214,13 +214,13 @@ enum KvApplManMessage {
     KV_APPLMAN_MSG_ACCESS_LEVEL_NOT_CLAIMED = 0x1250002a,
     /// `%s` no such application binary: path
     KV_APPLMAN_MSG_BINARY_NOT_FOUND = 0x1250002b,
-    /// `%d%x` the target refused the list of additional files: its error, application
+    /// `%d%x` the target refused the list of additional files: error of the target, application
     KV_APPLMAN_MSG_FILE_LIST_REFUSED = 0x1250002c,
     /// `%s%u%x%s%s` no place for a file: source, type, application, target path, target name
     KV_APPLMAN_MSG_FILE_TARGET_INVALID = 0x12500030,
     /// `%x` load options are not supported: the options
     KV_APPLMAN_MSG_LOAD_OPTIONS_NOT_SUPPORTED = 0x12500031,
-    /// `%s%s%x%u` no such file or directory: which of them, source, application, type
+    /// `%s%s%x%u` no such file or directory: which of both, source, application, type
     KV_APPLMAN_MSG_SOURCE_NOT_FOUND = 0x12500032,
     /// the group handle was not created
     KV_APPLMAN_MSG_GROUP_NOT_CREATED = 0x12500033,
@@ -240,7 +240,7 @@ enum KvApplManMessage {
     KV_APPLMAN_MSG_INVALID_FLASH_REQUEST_MODE = 0x1250003a,
     /// the list of flash applications was not read
     KV_APPLMAN_MSG_FLASH_APPLICATIONS_NOT_READ = 0x1250003b,
-    /// `%u%u` the list of flash applications does not fit: number of them, its length
+    /// `%u%u` the list of flash applications does not fit: number of applications, length of the list
     KV_APPLMAN_MSG_FLASH_BUFFER_TOO_SMALL = 0x1250003c,
     /// an item of a flash application was not received
     KV_APPLMAN_MSG_FLASH_INFORMATION_NOT_RECEIVED = 0x1250003d,

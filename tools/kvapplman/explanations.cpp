@@ -587,7 +587,7 @@ constexpr Explanation kExplanations[] = {
      "Attempt to get additional files list failed. Given list buffer is too small. Kavora Support "
      "information: Affected application: 0x%1. Given list length: %2. Total count of registered additional "
      "files: %3.",
-     "%1 application (hexadecimal), %2 its length (number), %3 number of files (number)",
+     "%1 application (hexadecimal), %2 length of the list (number), %3 number of files (number)",
      "The application has more additional files than the list takes.",
      "%3 files are registered, %2 elements were given.",
      "Call again with %3 elements; the count holds this number now. Nothing was copied.",
@@ -626,7 +626,7 @@ constexpr Explanation kExplanations[] = {
      "Attempt to get additional files list failed. Errors were reported by target system, see message log "
      "for further information. Kavora Support information: Returned error code: %1. Affected application: "
      "0x%2.",
-     "%1 its error (number), %2 application (hexadecimal)",
+     "%1 error of the target (number), %2 application (hexadecimal)",
      "The target did not list the additional files of an application.",
      "%1 is the target's error code; the simulated target has 1 for an unknown application. Its message "
      "stands in front.",
@@ -656,7 +656,7 @@ constexpr Explanation kExplanations[] = {
     {"KV_APPLMAN_MSG_SOURCE_NOT_FOUND", "message", 0x12500032,
      "Attempt to load %1 failed. Invalid source path used. Ensure that %1 exists at specified path. Kavora "
      "Support information: Source path: '%2'. Affected application: 0x%3. File type: '%4'.",
-     "%1 which of them (text), %2 source (text), %3 application (hexadecimal), %4 type (number)",
+     "%1 which of both (text), %2 source (text), %3 application (hexadecimal), %4 type (number)",
      "The host has no such additional file or directory.",
      "The path %2 names nothing, or a directory where the type says file, or a file where it says "
      "directory (512). On Windows a file without the archive attribute is not seen.",
@@ -718,7 +718,8 @@ constexpr Explanation kExplanations[] = {
      "A process was not paused.",
      "The target refused (0x14a00801: it does not run), or the pause failed or ran out of time "
      "(0x12500020).",
-     "Read the messages in front. When the call itself failed, this message does not come.",
+     "Read the messages in front. When the request itself could not be sent or was not answered, this "
+     "message does not come.",
      "KvApplMan_pauseAppl"},
     {"KV_APPLMAN_MSG_CANNOT_STEP", "message", 0x12500039,
      "Internal error. Kavora Support information: Cannot step real-time application (0x%1). See message "
@@ -727,7 +728,8 @@ constexpr Explanation kExplanations[] = {
      "A process made no step.",
      "The target refused (0x14a00801: it is not paused), or the step failed or ran out of time "
      "(0x12500020).",
-     "Read the messages in front. When the call itself failed, this message does not come.",
+     "Read the messages in front. When the request itself could not be sent or was not answered, this "
+     "message does not come.",
      "KvApplMan_stepAppl"},
     {"KV_APPLMAN_MSG_INVALID_FLASH_REQUEST_MODE", "message", 0x1250003a,
      "Get flashed real-time applications failed. Invalid request mode ('%1') used.",
@@ -746,7 +748,7 @@ constexpr Explanation kExplanations[] = {
     {"KV_APPLMAN_MSG_FLASH_BUFFER_TOO_SMALL", "message", 0x1250003c,
      "Get flashed real-time applications failed. Given buffer (elements: %2) is too small, expected buffer "
      "for %1 elements.",
-     "%1 number of them (number), %2 its length (number)",
+     "%1 number of applications (number), %2 length of the list (number)",
      "There are more flash applications than the list takes.",
      "The target has %1, the list takes %2.",
      "Call again with %1 elements; the count holds this number now. Nothing was copied.",
@@ -1080,15 +1082,14 @@ constexpr Explanation kExplanations[] = {
      "",
      "A filter handle names no filter.",
      "None that a host could make: the library makes its filters and deletes them itself.",
-     "If you see it, there was no memory for a filter. The device list was not searched for a serial "
-     "number or address.",
-     "KvApplMan_getApplInfo, KvApplMan_createApplGroupHandle_2, KvApplMan_registerAppl_2, in principle"},
+     "If you see it, library and platform library are of different versions.",
+     "none that a host calls"},
     {"KV_PLATFORM_MSG_PARAMETER_UNKNOWN", "message", 0x12600003,
      "Parameter %1 does not exist for this kind of handle. Check the parameter number and the handle.",
      "%1 parameter (number)",
      "A handle has no parameter %1.",
-     "With 12, a device handle was passed where the access-restriction handle belongs. With 6, an "
-     "access-restriction handle was passed where the device belongs.",
+     "With 12, a device handle was passed where the access-restriction handle belongs. Others do not occur "
+     "with this library.",
      "Check the order of the arguments: first the device, then its access-restriction handle.",
      "every function that talks to a target"},
     {"KV_PLATFORM_MSG_PARAMETER_INDEX_UNKNOWN", "message", 0x12600004,
@@ -1185,8 +1186,7 @@ constexpr Explanation kExplanations[] = {
      "stands between.",
      "%1 address (text)",
      "The target did not answer within 5 seconds when it was to be connected.",
-     "It is switched off or hangs, a firewall drops packets without a word, or another thread was "
-     "connecting to it all the time.",
+     "It is switched off or hangs, or a firewall drops packets without a word.",
      "Check that the target is on and the port open. Each such call costs 5 seconds, and calls for other "
      "devices that look for their channel wait meanwhile.",
      "every function that talks to a target"},
@@ -1455,8 +1455,9 @@ constexpr Explanation kExplanations[] = {
      "Remove file failed. The target system cannot remove the file. Target path: '%1/%2'.",
      "%1 directory (text), %2 file name (text)",
      "The target could not delete a file or a folder.",
-     "It is not there any more, or the target may not delete it. At an unload it is the folder of a "
-     "process whose programs are run.",
+     "The target may not delete it or something in it, or, on Windows, a program holds it open. At an "
+     "unload it is the folder of a process whose programs are run. What is not there any more counts as "
+     "removed.",
      "Look into the target's store, and at who owns what is there.",
      "KvApplMan_removeFile, KvApplMan_unloadAppl"},
     {"TARGET_UNKNOWN_FLASH_APPLICATION", "message", 0x14a00812,
@@ -1483,14 +1484,15 @@ constexpr Explanation kExplanations[] = {
      "went into the background, which counts as the end.",
      "This is a warning, also in calls that succeed, until a command for the process does. Read what the "
      "program printed: `output.log` in its folder of the target's store. Start it again when the cause is "
-     "gone.",
+     "gone. The command `crash` of `kvtarget --control` provokes it.",
      "every function that takes an application ID"},
     {"TARGET_PROGRAM_NOT_STARTED", "message", 0x14a00815,
      "Start application failed. The program of application 0x%1 cannot be executed: %2.",
      "%1 process (hexadecimal), %2 reason (text)",
      "The program of the process cannot be executed.",
      "%2 says why, such as a missing interpreter or loader, no rights, or more programs than the target "
-     "runs at once (`--most-programs`). An application from flash memory has no program at all.",
+     "runs at once (`--most-programs`). With `--run` an application from flash memory has no program and "
+     "does not start.",
      "Try the program in the target's store by hand, under the target's user.",
      "KvApplMan_startAppl"},
     {"TARGET_NO_PROGRAM", "message", 0x14a00816,

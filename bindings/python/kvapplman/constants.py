@@ -162,14 +162,14 @@ class MessageCode(IntEnum):
     DIRECTORIES_NOT_SUPPORTED = 0x12500022  #: `%s%x` the target knows no directories: source, application
     COMMAND_TIMEOUT_UNKNOWN = 0x12500023  #: the target's command timeout was not received, or is 0
     DIRECTORY_PATH_MISSING = 0x12500026  #: `%s%s` a path for a directory is missing: source, target
-    FILE_LIST_BUFFER_TOO_SMALL = 0x12500027  #: `%x%u%u` the list of additional files does not fit: application, its length, number of files
+    FILE_LIST_BUFFER_TOO_SMALL = 0x12500027  #: `%x%u%u` the list of additional files does not fit: application, length of the list, number of files
     PARAMETER_NOT_SET = 0x12500028  #: the target refused a parameter
     ACCESS_LEVEL_NOT_CLAIMED = 0x1250002a  #: an access level was not granted
     BINARY_NOT_FOUND = 0x1250002b  #: `%s` no such application binary: path
-    FILE_LIST_REFUSED = 0x1250002c  #: `%d%x` the target refused the list of additional files: its error, application
+    FILE_LIST_REFUSED = 0x1250002c  #: `%d%x` the target refused the list of additional files: error of the target, application
     FILE_TARGET_INVALID = 0x12500030  #: `%s%u%x%s%s` no place for a file: source, type, application, target path, target name
     LOAD_OPTIONS_NOT_SUPPORTED = 0x12500031  #: `%x` load options are not supported: the options
-    SOURCE_NOT_FOUND = 0x12500032  #: `%s%s%x%u` no such file or directory: which of them, source, application, type
+    SOURCE_NOT_FOUND = 0x12500032  #: `%s%s%x%u` no such file or directory: which of both, source, application, type
     GROUP_NOT_CREATED = 0x12500033  #: the group handle was not created
     REGISTRATION_NOT_OFFERED = 0x12500034  #: `%u%u` registration is not offered: number of processes, application number
     GROUPS_NOT_SUPPORTED = 0x12500035  #: the target has no groups, and there is more than one slot
@@ -179,7 +179,7 @@ class MessageCode(IntEnum):
     CANNOT_STEP = 0x12500039  #: `%x` no step was made: application
     INVALID_FLASH_REQUEST_MODE = 0x1250003a  #: `%u` invalid request mode: the mode
     FLASH_APPLICATIONS_NOT_READ = 0x1250003b  #: the list of flash applications was not read
-    FLASH_BUFFER_TOO_SMALL = 0x1250003c  #: `%u%u` the list of flash applications does not fit: number of them, its length
+    FLASH_BUFFER_TOO_SMALL = 0x1250003c  #: `%u%u` the list of flash applications does not fit: number of applications, length of the list
     FLASH_INFORMATION_NOT_RECEIVED = 0x1250003d  #: an item of a flash application was not received
     FLASH_PARAMETER_NOT_SET = 0x1250003e  #: an item of a flash application was not written
     CANNOT_LOAD_FLASH = 0x1250003f  #: a flash application was not loaded
