@@ -48,7 +48,8 @@ that use the application manager access point."
 kv_debian_package(tools kvapplman-tools devel
   "application manager access point, simulated target"
   "The program kvtarget, a simulated real-time target to develop host
-programs against without hardware."
+programs against without hardware, and a Lua script with which Wireshark
+names what travels."
   DEPENDS library)
 
 kv_debian_package(python python3-kvapplman python
