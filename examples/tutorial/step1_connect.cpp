@@ -1,4 +1,6 @@
 // Step 1: reaches a target and asks what it is: host ADDRESS
+#include <chrono>
+#include <cstdint>
 #include <exception>
 #include <iostream>
 
@@ -13,9 +15,10 @@ int main(int argumentCount, char** arguments) try {
     }
     const kvapplman::Target target(arguments[1]);
     const kvapplman::Application manager = target.manager();
-    std::cout << "target " << manager.info<Item::serialNumber>() << ": " << target.cores().size() << " cores, "
-              << target.applicationIds().size() << " applications, commands take at most "
-              << manager.info<Item::commandTimeout>().count() << " s\n";
+    const std::uint32_t serialNumber = manager.info<Item::serialNumber>();
+    const std::chrono::seconds timeout = manager.info<Item::commandTimeout>();
+    std::cout << "target " << serialNumber << ": " << target.cores().size() << " cores, "
+              << target.applicationIds().size() << " applications, commands take at most " << timeout.count() << " s\n";
     return 0;
 } catch (const std::exception& failure) {
     std::cerr << failure.what() << '\n';

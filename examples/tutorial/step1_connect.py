@@ -8,8 +8,8 @@ if len(sys.argv) != 2:
 try:
     with Target(sys.argv[1]) as target:
         manager = target.manager
+        timeout = manager.info(Item.COMMAND_TIMEOUT)
         print(f"target {manager.info(Item.SERIAL_NUMBER)}: {len(target.cores())} cores, "
-              f"{len(target.application_ids())} applications, commands take at most "
-              f"{manager.info(Item.COMMAND_TIMEOUT).seconds} s")
+              f"{len(target.application_ids())} applications, commands take at most {timeout.seconds} s")
 except Error as failure:
     sys.exit(str(failure))
