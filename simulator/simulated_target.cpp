@@ -55,6 +55,7 @@ void SimulatedTarget::State::reboot(Milliseconds away) {
     const std::uint64_t present = life;
     const auto over = [&] { return life != present; };
     changed.wait_for(lock, away, over);
+    if (!over()) { service.forgetEverything(); } // once more: it starts now, not when it went
     while (!over() && !listenAgain()) {
         changed.wait_for(lock, kPortPause, over);
     }

@@ -15,13 +15,17 @@ if TYPE_CHECKING:
 
 @pytest.fixture
 def kvtarget(request: pytest.FixtureRequest) -> Iterator[SimulatedTarget]:
-    """A simulated target. The mark `kvtarget` gives it options: @pytest.mark.kvtarget("--cores=8", host="127.0.0.2")."""
+    """A simulated target. The mark `kvtarget` gives it options: @pytest.mark.kvtarget("--cores=8", host="127.0.0.2"). With
+    "--require-faults" among them, a test fails when a fault never happened."""
     from kvapplman.simulated import SimulatedTarget
 
     mark = request.node.get_closest_marker("kvtarget")
     arguments, named = (mark.args, mark.kwargs) if mark else ((), {})
-    with SimulatedTarget(*arguments, **named) as target:
-        yield target
+    target = SimulatedTarget(*arguments, **named)
+    yield target
+    code = target.close()
+    if code != 0:
+        pytest.fail(f"kvtarget ended with {code}" + (": a fault rule has never fired" if code == 3 else ""))
 
 
 def pytest_configure(config: pytest.Config) -> None:

@@ -1,5 +1,6 @@
 #include "simulator/control.h"
 
+#include "KvApplManConstants.h"
 #include "faults/calls.h"
 #include "support/one_target.h"
 
@@ -60,6 +61,18 @@ TEST_F(ControlledTarget, LetsAProcessCrashOfWhichTheHostIsToldUntilItStartsAgain
     pool->reset();
     EXPECT_EQ(getInfo<0>(call), 0);
     EXPECT_EQ(messages(pool), Messages{});
+}
+
+TEST_F(ControlledTarget, HasStartedWhenItComesBackFromARestart) {
+    const auto startTime = [&] {
+        std::int64_t seconds = 0;
+        std::int32_t size = sizeof seconds;
+        EXPECT_EQ(call(KvApplMan_getApplInfo, 0, KV_APPLMAN_ITEM_START_TIME, &seconds, &size), 0);
+        return seconds;
+    };
+    const std::int64_t before = startTime();
+    EXPECT_TRUE(does("reboot 1001"));
+    EXPECT_GT(startTime(), before);
 }
 
 TEST_F(ControlledTarget, ShowsWhatItHolds) {

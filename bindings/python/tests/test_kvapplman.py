@@ -8,6 +8,8 @@ import kvapplman
 from kvapplman import FileType, Group, Item, MessageCode, Param, State, Status, Target
 from kvapplman.constants import ITEM_KINDS
 
+pytest_plugins = ["pytester"]
+
 
 @pytest.fixture
 def target(kvtarget):
@@ -93,6 +95,17 @@ def test_an_error_carries_status_and_messages_and_leaves_the_target_usable(kvtar
     assert kvtarget.state()["ok"] and kvtarget.requests()
     with pytest.raises(ValueError, match="no command"):
         kvtarget.command("jump")
+
+
+def test_a_fault_that_never_happens_fails_the_test_that_wants_it(pytester):
+    pytester.makepyfile("""
+        import pytest
+        @pytest.mark.kvtarget("--require-faults", "--fault=start@1:refuse")
+        def test_passes_for_nothing(kvtarget): pass
+    """)
+    result = pytester.runpytest_subprocess()
+    result.assert_outcomes(passed=1, errors=1)
+    result.stdout.fnmatch_lines(["*a fault rule has never fired"])
 
 
 def test_an_exception_in_a_callback_surfaces_after_the_call(target, binary):
