@@ -594,19 +594,25 @@ local function decodeOne(cursor, tree, kind, abbreviation)
     if branch then branch:set_len(cursor.at - from) end
 end
 
+local function passOver(cursor, kind, abbreviation, count)
+    if scalars[kind] then return take(cursor, count * scalars[kind][1]) end
+    for _ = 1, count do decodeOne(cursor, nil, kind, abbreviation) end
+end
+
 local function decodeArray(cursor, tree, member, abbreviation)
     local from = cursor.at
     local count = member.count or takeWord(cursor)
     if count > left(cursor) / 4 then error(beyondTheRecord) end -- every element takes 4 bytes or more
     local branch = tree and tree:add(cursor.tvb:range(math.min(from, cursor.stop - 4), 4), labelOf(member[1]) .. " (" .. count .. ")")
     local values = {}
-    for at = 1, count do
-        local shown = at <= mostElements
-        local value = decodeOne(cursor, shown and branch or nil, member[2], abbreviation)
-        if shown then values[at] = value and tostring(value) end
+    local shown = math.min(count, mostElements)
+    for at = 1, shown do
+        local value = decodeOne(cursor, branch, member[2], abbreviation)
+        values[at] = value and tostring(value)
     end
+    passOver(cursor, member[2], abbreviation, count - shown)
     if branch then branch:set_len(cursor.at - from) end
-    if branch and count > mostElements then branch:append_text(", of which " .. mostElements .. " are shown") end
+    if branch and count > shown then branch:append_text(", of which " .. shown .. " are shown") end
     if records[member[2]] then return count end
     return "[" .. table.concat(values, " ", 1, math.min(#values, 8)) .. (#values > 8 and " ..." or "") .. "]"
 end
@@ -640,12 +646,18 @@ local function failed(call, result)
     return result and result ~= 0 and not busy
 end
 
+-- None for a time that the system has no date for.
+local function dateOf(seconds)
+    local known, text = pcall(os.date, "!%Y-%m-%d %H:%M:%S UTC", seconds)
+    return known and text or nil
+end
+
 -- Where the meaning of a number hangs on the call: a result, and the value of a parameter.
 local function meaningOf(cursor, name, value)
     if name == "result" then return resultMeaning(cursor.call, value) end
     if name == "word" and cursor.parameter == stateParameter then return stateNames[value] end
     if name == "quad" and timeParameters[cursor.parameter] then
-        return os.date("!%Y-%m-%d %H:%M:%S UTC", value:tonumber())
+        return dateOf(value:tonumber())
     end
 end
 

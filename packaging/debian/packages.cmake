@@ -52,6 +52,15 @@ programs against without hardware, and a Lua script with which Wireshark
 names what travels."
   DEPENDS library)
 
+if(TARGET documentation)
+  kv_debian_package(documentation libkvapplicationmanagerap-doc doc
+    "application manager access point, documentation"
+    "What the functions of the application manager access point do, the protocol,
+the simulated target and the architecture, as pages for a browser.")
+  set(CPACK_DEBIAN_DOCUMENTATION_PACKAGE_ARCHITECTURE all)
+  set(CPACK_DEBIAN_DOCUMENTATION_PACKAGE_SHLIBDEPS OFF)
+endif()
+
 kv_debian_package(python python3-kvapplman python
   "application manager access point, for Python"
   "The Python package kvapplman, to write host programs in Python, and a

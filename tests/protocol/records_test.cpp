@@ -71,8 +71,12 @@ TEST(Records, AValueIsItsTagAndItsArm) {
 
 TEST(Records, RequestsHaveTheirFieldsInWireOrder) {
     EXPECT_EQ(wireOf(TApplManRequest{1, 16, 3}, FOREIGN(applman_request)), (Words{1, 16, 3}));
+    EXPECT_EQ(wireOf(TApplManRequest{1, 16, 3}, FOREIGN(applman_get_applications_request)), (Words{1, 16, 3}));
+    EXPECT_EQ(wireOf(TApplManRequest{16, 7, 41}, FOREIGN(applman_get_flash_param_request)), (Words{16, 7, 41}));
     EXPECT_EQ(wireOf(TApplManPairRequest{16, 3}, FOREIGN(applman_pair_request)), (Words{16, 3}));
-    EXPECT_EQ(wireOf(TApplManOpenGroupRequest{16}, FOREIGN(uint32_t)), (Words{16}));
+    EXPECT_EQ(wireOf(TApplManPairRequest{16, 2}, FOREIGN(applman_get_core_ids_request)), (Words{16, 2}));
+    EXPECT_EQ(wireOf(TApplManPairRequest{16, 1}, FOREIGN(applman_get_flash_applications_request)), (Words{16, 1}));
+    EXPECT_EQ(wireOf(TApplManOpenGroupRequest{16}, FOREIGN(applman_open_group_request)), (Words{16}));
     EXPECT_EQ(wireOf(TApplManGetParamRequest{1, 2, 3, 4}, FOREIGN(applman_get_param_request)), (Words{1, 2, 3, 4}));
     EXPECT_EQ(wireOf(TApplManSetParamRequest{1, 2, 3, 4, Text{"abc"}}, FOREIGN(applman_set_param_request)),
               (Words{1, 2, 3, 4, 2, 3, 0x61626300}));
