@@ -1,6 +1,7 @@
 """Measures rows: the contestants of a case take turns, round by round, so that whatever else the machine does meets all."""
 import contextlib
 import pathlib
+import re
 import shutil
 import statistics
 import subprocess
@@ -24,6 +25,30 @@ def measured(command, core):
     if done.returncode != 0:
         raise Failed(f"{' '.join(map(str, command))} has ended with {done.returncode}")
     return {name: float(value) for name, value in (line.split() for line in done.stdout.splitlines())}
+
+
+def watched(watcher, command, core):
+    """What a program says that looks at another one; None when that does not work."""
+    if shutil.which(watcher[0]) is None:
+        return None
+    with tempfile.NamedTemporaryFile("r") as said:
+        done = subprocess.run([*watcher, "-o", said.name, *map(str, command)], stdout=subprocess.DEVNULL,
+                              stderr=subprocess.DEVNULL, timeout=scenes.PATIENCE, preexec_fn=scenes.beginning(core))
+        return said.read() if done.returncode == 0 else None
+
+
+def counted_by_perf(command, core):
+    """System calls of a program, which runs nearly as fast as ever."""
+    said = watched(["perf", "stat", "-x,", "-e", "raw_syscalls:sys_enter"], command, core)
+    found = re.search(r"^(\d+),,raw_syscalls", said or "", re.M)
+    return int(found.group(1)) if found else None
+
+
+def counted_by_strace(command, core):
+    """System calls of a program that is slow at it, so that it waits less for its server."""
+    said = watched(["strace", "-f", "-c"], command, core)
+    found = re.search(r"^100\.00 +\S+ +\S+ +(\d+) .*total$", said or "", re.M)
+    return int(found.group(1)) if found else None
 
 
 class Runner:
@@ -89,18 +114,12 @@ class Runner:
     def system_calls(self, scene, contestant):
         """Of one call: what more calls make more of. None when they cannot be counted."""
         few, many = 200, 1200
-        counts = [self.traced(self.command(scene, contestant, calls=calls, warm=10)) for calls in (few, many)]
-        return None if None in counts else (counts[1] - counts[0]) / (many - few)
-
-    @staticmethod
-    def traced(command):
-        if shutil.which("strace") is None:
-            return None
-        with tempfile.NamedTemporaryFile("r") as summary:
-            done = subprocess.run(["strace", "-f", "-c", "-o", summary.name, *map(str, command)],
-                                  stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL, timeout=scenes.PATIENCE)
-            total = summary.read().splitlines()[-1].split()  # share, seconds, microseconds of one, calls, …
-        return int(total[3]) if done.returncode == 0 and total[-1] == "total" else None
+        core = scenes.client_core(scene.case)
+        for count in (counted_by_perf, counted_by_strace):
+            counts = [count(self.command(scene, contestant, calls=calls, warm=10), core) for calls in (few, many)]
+            if None not in counts:
+                return (counts[1] - counts[0]) / (many - few)
+        return None
 
 
 def run(runner, rows):

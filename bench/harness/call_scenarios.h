@@ -138,6 +138,8 @@ void measureDevices(const Arguments& arguments) {
     const std::size_t threads = arguments.count("threads");
     std::vector<std::unique_ptr<Client>> clients;
     std::vector<std::unique_ptr<typename Client::Caller>> callers;
+    clients.reserve(devices);
+    callers.reserve(devices);
     double memoryOfOne = 0;
     for (std::size_t i = 0; i < devices; ++i) {
         const std::string host = "127.1." + std::to_string(i / 250) + '.' + std::to_string(i % 250 + 1);

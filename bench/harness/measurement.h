@@ -52,7 +52,7 @@ inline double quantile(std::vector<double> values, double share) {
 /// Keeps the compiler from leaving out what nobody reads.
 template <class Value>
 void keep(Value& value) {
-    asm volatile("" : : "r"(&value) : "memory"); // NOLINT(hicpp-no-assembler)
+    asm volatile("" : : "r"(&value) : "memory");
 }
 
 /// The time of one turn of `work`, the best of several batches that take `time` together.

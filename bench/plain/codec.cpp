@@ -1,6 +1,7 @@
 // Loops that turn values into bytes and back with nothing but what the work takes.
 #include "plain/codec.h"
 
+#include <algorithm>
 #include <cstring>
 #include <string>
 #include <vector>
@@ -51,7 +52,7 @@ void encode(const std::vector<std::string>& texts, Bytes& bytes) {
     at += 4;
     for (const std::string& text : texts) {
         store(at, static_cast<std::uint32_t>(text.size()));
-        std::memcpy(at + 4, text.data(), text.size());
+        std::copy(text.begin(), text.end(), at + 4);
         at += 4 + paddedSize(text.size());
     }
 }

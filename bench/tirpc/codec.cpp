@@ -1,6 +1,6 @@
 #include "tirpc/codec.h"
 
-#include <cstring>
+#include <algorithm>
 #include <memory>
 #include <string>
 #include <vector>
@@ -119,10 +119,8 @@ void measureWords(const bench::Arguments& arguments) {
 void measureTexts(const bench::Arguments& arguments) {
     const Seconds time{arguments.real("seconds") / 2};
     auto texts = bench::manyTexts();
-    std::vector<char*> pointers;
-    for (std::string& text : texts) {
-        pointers.push_back(text.data());
-    }
+    std::vector<char*> pointers(texts.size());
+    std::transform(texts.begin(), texts.end(), pointers.begin(), [](std::string& text) { return text.data(); });
     applman_value value{};
     value.tag = APPLMAN_TEXTS;
     value.applman_value_u.texts.texts_len = static_cast<u_int>(pointers.size());
