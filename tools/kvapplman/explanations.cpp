@@ -146,7 +146,7 @@ constexpr Explanation kExplanations[] = {
      "wrong; then 0x1260000e to 0x12600011 comes first and says which.",
      "Check address and port of the device, and that the target runs. The next call for the device tries "
      "to connect again; nothing has to be reset.",
-     "every function that talks to a target"},
+     "every function that talks to a target, but KvApplMan_registerAppl_2, which makes -110 of it"},
     {"KV_APPLMAN_STATUS_REMOTE_CALL", "status", static_cast<std::uint32_t>(-185),
      "the call to the target failed or was not answered in time",
      "",
@@ -1347,7 +1347,8 @@ constexpr Explanation kExplanations[] = {
      "these. Where the library has a default or tolerates it, the message is taken away again and the call "
      "succeeds.",
      "KvApplMan_getApplInfo, KvApplMan_setApplParameter, KvApplMan_getApplInfoList, "
-     "KvApplMan_getFlashApplInfo, KvApplMan_downloadApplUtf8"},
+     "KvApplMan_getFlashApplInfo, KvApplMan_downloadApplUtf8; for the serial number of a device "
+     "KvApplMan_createApplGroupHandle_2 and KvApplMan_registerAppl_2"},
     {"TARGET_WRONG_VALUE_TYPE", "message", 0x14a00805,
      "Invalid parameter value. The value has another type than the parameter. Parameter: %1. Type of the "
      "parameter: %2. Type of the value: %3.",
