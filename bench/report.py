@@ -130,5 +130,6 @@ def write_page(page, results, build, absent):
     begin, end = (text.index(mark) for mark in MARKS)
     about = "\n".join(f"| {name} | {value} |" for name, value in machine(build))
     left_out = "".join(f"\n{NAMES[name]} was not there.\n" for name in sorted(absent))
-    measured = f"\n\n| | |\n|---|---|\n{about}\n{left_out}\n{markdown(results)}\n"
+    picture = "![Rows 1, 3, 7, 10 and 11](performance.svg)"
+    measured = f"\n\n{picture}\n\n| | |\n|---|---|\n{about}\n{left_out}\n{markdown(results)}\n"
     page.write_text(text[:begin] + MARKS[0] + measured + text[end:], encoding="utf-8")

@@ -101,7 +101,7 @@ def rows(scale):
     return (
         Row(1, "One small call, one thread", "calls",
             contestants("calls", "project", "plain", "tirpc", "grpc"),
-            placed(("same", "diff"), calls=scale.calls, warm=scale.warm),
+            placed(("same", "diff"), calls=scale.calls, warm=scale.warm, seconds=2 * scale.seconds),
             (half, Measure("p99_us", "99 of 100 take at most", "µs", False), cpu,
              Measure("system_calls", "client's system calls of a call", "", False),
              Measure("allocations", "allocations of a call", "", False)), scale.rounds, plain="sockets"),
@@ -122,7 +122,7 @@ def rows(scale):
                      limit=scale.outcomes / 100)), 1),
         Row(5, "Connect and make the first call", "calls",
             contestants("connecting", "project", "plain", "tirpc", "grpc"),
-            placed(("same", "diff"), times=scale.connections), (half,), scale.rounds, plain="sockets"),
+            placed(("same", "diff"), times=scale.connections, seconds=2 * scale.seconds), (half,), scale.rounds, plain="sockets"),
         Row(6, "A request of three words", "nobody", contestants("three-words", "project", "plain", "tirpc"),
             (Case("", given=codec),),
             three + (Measure("head_ns", "head, encode and seal: a whole call", "ns", False),), scale.rounds, plain="loop"),

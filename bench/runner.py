@@ -116,7 +116,7 @@ class Runner:
         few, many = 200, 1200
         core = scenes.client_core(scene.case)
         for count in (counted_by_perf, counted_by_strace):
-            counts = [count(self.command(scene, contestant, calls=calls, warm=10), core) for calls in (few, many)]
+            counts = [count(self.command(scene, contestant, calls=calls, warm=10, seconds=scenes.PATIENCE), core) for calls in (few, many)]
             if None not in counts:
                 return (counts[1] - counts[0]) / (many - few)
         return None

@@ -8,7 +8,7 @@ import shutil
 import signal
 import subprocess
 
-PATIENCE = 120  # seconds for a program
+PATIENCE = 600  # seconds for a program
 KIB, MIB = 1 << 10, 1 << 20
 GROUP_TARGETS = 4
 

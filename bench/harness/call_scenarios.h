@@ -28,26 +28,28 @@ bool readsItsValue(Caller& caller, std::uint64_t number) {
     return caller.read(applId, value) == Outcome::value && value == valueOf(applId);
 }
 
-/// One thread: address, calls, warm (calls before it is measured).
+/// One thread: address, warm (calls before it is measured), calls at most, seconds at most.
 template <class Client>
 void measureCalls(const Arguments& arguments) {
     const std::size_t calls = arguments.count("calls");
+    const Seconds most{arguments.real("seconds")};
     Client client{arguments.text("address")};
     typename Client::Caller caller{client};
-    std::vector<double> times(calls);
+    std::vector<double> times;
+    times.reserve(calls);
     for (std::size_t i = 0; i < arguments.count("warm"); ++i) {
         expect(readsItsValue(caller, i), "a call gives its value");
     }
     std::uint64_t allocated = 0;
     if constexpr (requires { Client::allocations(); }) { allocated = Client::allocations(); }
     const Microseconds processor = processorTime();
-    for (std::size_t i = 0; i < calls; ++i) {
-        const auto begin = Clock::now();
-        const bool right = readsItsValue(caller, i);
-        times[i] = Microseconds{Clock::now() - begin}.count();
+    const auto start = Clock::now();
+    for (auto begin = start; times.size() < calls && begin - start < most; begin = Clock::now()) {
+        const bool right = readsItsValue(caller, times.size());
+        times.push_back(Microseconds{Clock::now() - begin}.count());
         expect(right, "a call gives its value");
     }
-    const auto each = static_cast<double>(calls);
+    const auto each = static_cast<double>(times.size());
     report("cpu_us", (processorTime() - processor).count() / each);
     if constexpr (requires { Client::allocations(); }) {
         report("allocations", static_cast<double>(Client::allocations() - allocated) / each);
@@ -70,16 +72,18 @@ void measureThreads(const Arguments& arguments) {
     report("cpu_us", measured.processorTimeOfOne.count());
 }
 
-/// Connects and makes the first call, again and again: address, times.
+/// Connects and makes the first call, again and again: address, times at most, seconds at most.
 template <class Client>
 void measureConnecting(const Arguments& arguments) {
-    std::vector<double> times(arguments.count("times"));
-    for (std::size_t i = 0; i < times.size(); ++i) {
+    const std::size_t most = arguments.count("times");
+    const auto end = Clock::now() + std::chrono::duration_cast<Clock::duration>(Seconds{arguments.real("seconds")});
+    std::vector<double> times;
+    while (times.size() < most && (times.empty() || Clock::now() < end)) {
         const auto begin = Clock::now();
         Client client{arguments.text("address")};
         typename Client::Caller caller{client};
-        const bool right = readsItsValue(caller, i);
-        times[i] = Microseconds{Clock::now() - begin}.count();
+        const bool right = readsItsValue(caller, times.size());
+        times.push_back(Microseconds{Clock::now() - begin}.count());
         expect(right, "the first call gives its value");
     }
     report("p50_us", quantile(times, 0.5));
