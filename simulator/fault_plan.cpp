@@ -130,6 +130,11 @@ void FaultPlan::clear() {
     rules_.clear();
 }
 
+bool FaultPlan::empty() {
+    const std::lock_guard lock{mutex_};
+    return rules_.empty();
+}
+
 std::vector<Fault> FaultPlan::due(const kvrpc::RpcCall& call) {
     std::vector<Fault> faults;
     const std::lock_guard lock{mutex_};

@@ -51,6 +51,7 @@ public:
 
     void add(FaultRule rule);
     void clear();
+    bool empty();
 
     /// Counts a call. Result: its faults, in the order in which they apply.
     std::vector<Fault> due(const kvrpc::RpcCall& call);

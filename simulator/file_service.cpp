@@ -126,7 +126,11 @@ kvrpc::RpcReply FileService::Connection::serve(const kvrpc::RpcCall& call) {
 FileService::FileService(const Store* store) : store_(store) {}
 FileService::~FileService() = default;
 
-kvrpc::RpcReply FileService::handle(const kvrpc::RpcCall& call) { return connection(call.connection)->serve(call); }
+kvrpc::RpcReply FileService::handle(const kvrpc::RpcCall& call) {
+    kvrpc::RpcReply reply = connection(call.connection)->serve(call);
+    reply.mayWait = call.procedure == kOpen || call.procedure == kWrite; // further steps of the transfer follow
+    return reply;
+}
 
 std::shared_ptr<FileService::Connection> FileService::connection(std::uint64_t number) {
     const std::lock_guard lock{mutex_};

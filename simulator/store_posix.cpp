@@ -12,10 +12,12 @@
 #include <cerrno>
 #include <dirent.h>
 #include <fcntl.h>
+#include <linux/openat2.h>
 #include <optional>
 #include <string_view>
 #include <sys/file.h>
 #include <sys/stat.h>
+#include <sys/syscall.h>
 #include <system_error>
 #include <unistd.h>
 #include <utility>
@@ -37,13 +39,32 @@ bool makeDirectoryAt(const Descriptor& parent, const std::string& name) noexcept
 
 enum class Missing { fails, isMade };
 
-/// Walks name by name, so that no link is followed wherever it stands and whenever it was put there.
-Descriptor openDirectory(const Descriptor& root, const StorePath& path, Missing missing) noexcept {
-    Descriptor directory{openat(root.number(), ".", kDirectoryFlags)};
+Descriptor openDirectoryAt(const Descriptor& parent, const std::string& name) noexcept {
+    return Descriptor{openat(parent.number(), name.c_str(), kDirectoryFlags)};
+}
+
+/// The whole way in one step. None also where the system knows no such step, or may not take it.
+Descriptor openWay(const Descriptor& root, const StorePath& path) {
+    std::string way = ".";
+    for (const std::string& name : path) {
+        way += '/' + name;
+    }
+    open_how how{};
+    how.flags = kDirectoryFlags;
+    how.resolve = RESOLVE_BENEATH | RESOLVE_NO_SYMLINKS;
+    return Descriptor{static_cast<int>(syscall(SYS_openat2, root.number(), way.c_str(), &how, sizeof how))};
+}
+
+/// Walks name by name where one step does not do. Either way no link is followed, wherever it stands and whenever it was
+/// put there.
+Descriptor openDirectory(const Descriptor& root, const StorePath& path, Missing missing) {
+    Descriptor directory = openWay(root, path);
+    if (directory.valid()) { return directory; }
+    directory = openDirectoryAt(root, ".");
     for (const std::string& name : path) {
         if (!directory.valid()) { break; }
         if (missing == Missing::isMade && !makeDirectoryAt(directory, name)) { return Descriptor{}; }
-        directory = Descriptor{openat(directory.number(), name.c_str(), kDirectoryFlags)};
+        directory = openDirectoryAt(directory, name);
     }
     return directory;
 }

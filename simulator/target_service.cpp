@@ -57,13 +57,14 @@ kvrpc::RpcReply TargetService::handle(const kvrpc::RpcCall& call) {
         addAnswer(report, reply);
         std::ranges::transform(faults, std::back_inserter(report.faults), faultText);
     }
+    reply.mayWait = reply.mayWait && faults_.empty(); // else what is done to the next answer is done to this one, too
     reply.shape = [this, faults, report, begin, connection = call.connection](kvrpc::Delivery& delivery) mutable {
         const auto reboot = spoil(faults, connection, {report.program, report.procedure, delivery});
         report.duration = std::chrono::duration_cast<std::chrono::microseconds>(Clock::now() - begin);
         if (options_.onRequest) { options_.onRequest(report); } // before the host has its answer
-        delivery.afterwards = [this, reboot] {
-            if (reboot && rebootWanted_) { rebootWanted_(*reboot); }
-        };
+        if (reboot && rebootWanted_) {
+            delivery.afterwards = [this, reboot] { rebootWanted_(*reboot); };
+        }
     };
     return reply;
 }

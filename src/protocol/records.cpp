@@ -17,7 +17,7 @@ constexpr auto kRecord = [](Xdr& x, auto& record) { return xdr_record(x, record)
 bool xdr_arm(Xdr& x, std::uint32_t& value) { return xdr_u_int(x, value); }
 bool xdr_arm(Xdr& x, double& value) { return xdr_double(x, value); }
 bool xdr_arm(Xdr& x, Text& value) { return xdr_string(x, value); }
-bool xdr_arm(Xdr& x, std::vector<std::uint32_t>& value) { return xdr_array(x, value, kWord); }
+bool xdr_arm(Xdr& x, std::vector<std::uint32_t>& value) { return xdr_array(x, value); }
 bool xdr_arm(Xdr& x, std::int64_t& value) { return xdr_quad_t(x, value); }
 bool xdr_arm(Xdr& x, std::vector<Text>& value) { return xdr_array(x, value, kText); }
 bool xdr_arm(Xdr& x, std::vector<std::uint8_t>& value) { return xdr_bytes(x, value); }
@@ -41,41 +41,35 @@ bool xdr_record(Xdr& x, TApplManValue& r) {
 
 bool xdr_record(Xdr& x, TApplManOpenGroupRequest& r) { return xdr_u_int(x, r.accessId); }
 
-bool xdr_record(Xdr& x, TApplManRequest& r) {
-    return xdr_u_int(x, r.first) && xdr_u_int(x, r.second) && xdr_u_int(x, r.third);
-}
+bool xdr_record(Xdr& x, TApplManRequest& r) { return xdr_words(x, r.first, r.second, r.third); }
 
-bool xdr_record(Xdr& x, TApplManPairRequest& r) { return xdr_u_int(x, r.accessId) && xdr_u_int(x, r.second); }
+bool xdr_record(Xdr& x, TApplManPairRequest& r) { return xdr_words(x, r.accessId, r.second); }
 
 bool xdr_record(Xdr& x, TApplManGetParamRequest& r) {
-    return xdr_u_int(x, r.mode) && xdr_u_int(x, r.accessId) && xdr_u_int(x, r.applId) && xdr_u_int(x, r.targetParamId);
+    return xdr_words(x, r.mode, r.accessId, r.applId, r.targetParamId);
 }
 
 bool xdr_record(Xdr& x, TApplManSetParamRequest& r) {
-    return xdr_u_int(x, r.mode) && xdr_u_int(x, r.accessId) && xdr_u_int(x, r.applId) &&
-           xdr_u_int(x, r.targetParamId) && xdr_record(x, r.value);
+    return xdr_words(x, r.mode, r.accessId, r.applId, r.targetParamId) && xdr_record(x, r.value);
 }
 
 bool xdr_record(Xdr& x, TApplManSetFlashParamRequest& r) {
-    return xdr_u_int(x, r.accessId) && xdr_u_int(x, r.flashApplId) && xdr_u_int(x, r.targetParamId) &&
-           xdr_record(x, r.value);
+    return xdr_words(x, r.accessId, r.flashApplId, r.targetParamId) && xdr_record(x, r.value);
 }
 
 bool xdr_record(Xdr& x, TApplManRemoveFileRequest& r) {
-    return xdr_u_int(x, r.mode) && xdr_u_int(x, r.accessId) && xdr_u_int(x, r.applId) && xdr_u_int(x, r.fileType) &&
-           xdr_string(x, r.fileName);
+    return xdr_words(x, r.mode, r.accessId, r.applId, r.fileType) && xdr_string(x, r.fileName);
 }
 
 bool xdr_record(Xdr& x, TApplManAddFileRequest& r) {
-    return xdr_u_int(x, r.mode) && xdr_u_int(x, r.accessId) && xdr_u_int(x, r.applId) && xdr_u_int(x, r.fileType) &&
-           xdr_string(x, r.sourcePath) && xdr_string(x, r.targetPath) && xdr_string(x, r.targetName) &&
-           xdr_u_int(x, r.fileFlags);
+    return xdr_words(x, r.mode, r.accessId, r.applId, r.fileType) && xdr_string(x, r.sourcePath) &&
+           xdr_string(x, r.targetPath) && xdr_string(x, r.targetName) && xdr_u_int(x, r.fileFlags);
 }
 
 bool xdr_record(Xdr& x, TApplManAddFileRecord& r) {
-    return xdr_u_int(x, r.applId) && xdr_u_int(x, r.fileType) && xdr_string(x, r.sourcePath) &&
-           xdr_string(x, r.targetPath) && xdr_string(x, r.targetName) && xdr_u_int(x, r.fileFlags) &&
-           xdr_string(x, r.additionalText) && xdr_vector(x, r.reserved, kWord) && xdr_string(x, r.finalText);
+    return xdr_words(x, r.applId, r.fileType) && xdr_string(x, r.sourcePath) && xdr_string(x, r.targetPath) &&
+           xdr_string(x, r.targetName) && xdr_u_int(x, r.fileFlags) && xdr_string(x, r.additionalText) &&
+           xdr_vector(x, r.reserved, kWord) && xdr_string(x, r.finalText);
 }
 
 bool xdr_record(Xdr& x, TApplManAddFileRequest2& r) {
@@ -83,11 +77,11 @@ bool xdr_record(Xdr& x, TApplManAddFileRequest2& r) {
 }
 
 bool xdr_record(Xdr& x, TApplManGroupPart& r) {
-    return xdr_vector(x, r.words, kWord) && xdr_vector(x, r.reserved, kWord) && xdr_array(x, r.list, kWord);
+    return xdr_vector(x, r.words, kWord) && xdr_vector(x, r.reserved, kWord) && xdr_array(x, r.list);
 }
 
 bool xdr_record(Xdr& x, TApplManRegisterRequest& r) {
-    return xdr_u_int(x, r.accessId) && xdr_u_int(x, r.applNo) && xdr_record(x, r.group);
+    return xdr_words(x, r.accessId, r.applNo) && xdr_record(x, r.group);
 }
 
 bool xdr_record(Xdr& x, TApplManFlashCommand& r) {
@@ -125,16 +119,16 @@ bool xdr_record(Xdr& x, TApplManAddFileResult& r) {
 
 bool xdr_record(Xdr& x, TApplManGroupResult& r) {
     return xdr_u_int(x, r.first) && xdr_int(x, r.result) && xdr_bytes(x, r.errorList) &&
-           xdr_u_int(x, r.targetGroupId1) && xdr_u_int(x, r.targetGroupId2);
+           xdr_words(x, r.targetGroupId1, r.targetGroupId2);
 }
 
 bool xdr_record(Xdr& x, TApplManCoreIdResult& r) {
-    return xdr_u_int(x, r.first) && xdr_int(x, r.result) && xdr_bytes(x, r.errorList) && xdr_array(x, r.coreIds, kWord);
+    return xdr_u_int(x, r.first) && xdr_int(x, r.result) && xdr_bytes(x, r.errorList) && xdr_array(x, r.coreIds);
 }
 
 bool xdr_record(Xdr& x, TApplManFlashListResult& r) {
-    return xdr_u_int(x, r.first) && xdr_int(x, r.result) && xdr_bytes(x, r.errorList) &&
-           xdr_array(x, r.flashApplIds, kWord) && xdr_vector(x, r.words, kWord) && xdr_array(x, r.secondList, kWord);
+    return xdr_u_int(x, r.first) && xdr_int(x, r.result) && xdr_bytes(x, r.errorList) && xdr_array(x, r.flashApplIds) &&
+           xdr_vector(x, r.words, kWord) && xdr_array(x, r.secondList);
 }
 
 } // namespace applman

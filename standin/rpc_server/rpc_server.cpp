@@ -103,29 +103,53 @@ bool deliver(const ServedConnection& connection, const Delivery& delivery) {
     return written && delivery.then == Delivery::Then::readOn;
 }
 
-/// Answers one record. False when the connection is to be closed: what is no call at all closes it, a call that cannot be
-/// accepted is answered.
-bool answer(RpcService& service, const ServedConnection& connection, ByteSpan record) {
-    const auto head = parseCall(record);
-    if (!head) { return false; }
-    if (head->denial) {
-        Bytes denial = deniedReply(head->xid, *head->denial);
-        return seal(denial) && writeReply(connection, denial);
+/// Answers the calls of one connection.
+class Conversation {
+public:
+    Conversation(RpcService& service, const ServedConnection& connection)
+        : service_(service), connection_(connection) {}
+
+    /// Ends with the connection. Throws std::bad_alloc.
+    void run() {
+        while (const auto record = readCall(connection_, reader_)) {
+            if (!answer(*record)) { return; }
+        }
     }
-    const RpcReply served = ask(service, connection, *head);
-    Delivery delivery{encodeReply(head->xid, served)};
-    if (!seal(delivery.bytes)) { return false; }
-    if (served.shape) { served.shape(delivery); }
-    return deliver(connection, delivery);
-}
+
+private:
+    /// False when the connection is to be closed: what is no call at all closes it, a call that cannot be accepted is
+    /// answered.
+    bool answer(ByteSpan record) {
+        const auto head = parseCall(record);
+        if (!head) { return false; }
+        if (head->denial) { return send({deniedReply(head->xid, *head->denial)}, {}); }
+        const RpcReply served = ask(service_, connection_, *head);
+        return send({encodeReply(head->xid, served)}, served);
+    }
+
+    bool send(Delivery delivery, const RpcReply& served) {
+        if (!seal(delivery.bytes)) { return false; }
+        if (served.shape) { served.shape(delivery); }
+        if (!waiting_.empty()) {
+            waiting_.insert(waiting_.end(), delivery.bytes.begin(), delivery.bytes.end());
+            delivery.bytes = std::exchange(waiting_, {});
+        }
+        const bool plain = delivery.then == Delivery::Then::readOn && !delivery.afterwards;
+        if (!served.mayWait || !plain || !reader_.holdsRecord()) { return deliver(connection_, delivery); }
+        waiting_ = std::move(delivery.bytes);
+        return true;
+    }
+
+    RpcService& service_;
+    const ServedConnection& connection_;
+    RecordReader reader_{kLargestRecord};
+    Bytes waiting_{}; // answers that go out with the next one
+};
 
 /// Ends with the connection.
 void serve(RpcService& service, const ServedConnection& connection) noexcept {
     try {
-        RecordReader reader{kLargestRecord};
-        while (const auto record = readCall(connection, reader)) {
-            if (!answer(service, connection, *record)) { break; }
-        }
+        Conversation{service, connection}.run();
     } catch (...) {} // no memory for what it sent
     service.connectionClosed(connection.id);
 }

@@ -39,6 +39,7 @@ struct RpcReply {
     std::vector<std::uint8_t> results; // sent with success only
     std::uint32_t lowestVersion = 0;   // sent with programMismatch only
     std::uint32_t highestVersion = 0;
+    bool mayWait = false; // goes out together with the next one, when the next call is here already
     std::function<void(Delivery&)>
         shape{}; // changes how it goes out; called by the connection's thread, must not throw
 };

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <utility>
 
+#include "platform/xdr.h"
+
 namespace kvrpc {
 namespace {
 
@@ -26,6 +28,13 @@ RecordReader::Outcome RecordReader::read(const Socket& socket, Deadline deadline
         begin_ = 0;
         end_ = received.count;
     }
+}
+
+bool RecordReader::holdsRecord() const noexcept {
+    const std::size_t received = end_ - begin_;
+    if (midRecord() || received < kMarkSize) { return false; }
+    const std::uint32_t mark = xdr_word_at(buffer_.data() + begin_);
+    return (mark & kLastFragment) != 0 && (mark & ~kLastFragment) <= received - kMarkSize;
 }
 
 RecordReader::Progress RecordReader::consume() {

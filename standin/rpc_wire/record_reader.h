@@ -28,6 +28,9 @@ public:
     /// A record has begun and is not whole.
     bool midRecord() const noexcept { return markBytes_ > 0 || emptyFragments_ > 0 || !record_.empty(); }
 
+    /// Another record has been received already, whole and in one fragment.
+    bool holdsRecord() const noexcept;
+
 private:
     enum class Progress : std::uint8_t { partial, whole, malformed };
     Progress consume();

@@ -18,9 +18,12 @@ constexpr std::uint32_t kRpcVersion = 2;
 constexpr std::uint32_t kLongestAuthenticationBody = 400;
 constexpr std::uint32_t kLongestMachineName = 255;
 constexpr std::uint32_t kMostGroups = 16;
+constexpr std::size_t kUsualRecord = 128; // bytes
 
 Bytes begin(std::initializer_list<std::uint32_t> words) {
-    Bytes record(kMarkSize);
+    Bytes record;
+    record.reserve(kUsualRecord);
+    record.resize(kMarkSize);
     Xdr xdr = Xdr::encoder(record);
     for (std::uint32_t word : words) {
         xdr_u_int(xdr, word);

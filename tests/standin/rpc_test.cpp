@@ -239,8 +239,13 @@ TEST(RpcClient, AReplyThatNeverComesCostsTheMemoryOfWhatArrives) {
 }
 #endif
 
+/// The answer to procedure 1 may wait.
 struct AgreeableService : kvrpc::RpcService {
-    kvrpc::RpcReply handle(const kvrpc::RpcCall&) override { return {}; }
+    kvrpc::RpcReply handle(const kvrpc::RpcCall& call) override {
+        kvrpc::RpcReply reply;
+        reply.mayWait = call.procedure == 1;
+        return reply;
+    }
     void connectionClosed(std::uint64_t) noexcept override {}
 };
 
@@ -275,6 +280,23 @@ TEST(RpcServer, AnswersEveryCallAndClosesTheConnectionOfWhatIsNone) {
     }
     idle.send(fragment(call + words({0, 0, 0, 0})));
     EXPECT_EQ(idle.receiveRecord(), success) << "an idle connection is kept";
+}
+
+TEST(RpcServer, AnAnswerThatMayWaitWaitsForNoCallThatIsNotThere) {
+    const auto call = [](std::uint32_t xid, std::uint32_t procedure) {
+        return fragment(words({xid, 0, 2, 0x20004B56, 2, procedure, 0, 0, 0, 0}));
+    };
+    const auto success = [](std::uint32_t xid) { return words({xid, 1, 0, 0, 0, 0}); };
+    AgreeableService service;
+    kvrpc::RpcServer server{service};
+    const Wire wire{server.start("127.0.0.1", 0)};
+    const Bytes last = call(4, 1);
+    wire.send(call(1, 1) + call(2, 1) + call(3, 0) + Bytes(last.begin(), last.begin() + 9));
+    for (const std::uint32_t xid : {1U, 2U, 3U}) {
+        EXPECT_EQ(wire.receiveRecord(), success(xid));
+    }
+    wire.send(Bytes(last.begin() + 9, last.end()));
+    EXPECT_EQ(wire.receiveRecord(), success(4));
 }
 
 } // namespace
