@@ -84,13 +84,13 @@ Channel::Attempt Channel::open(Deadline deadline) const noexcept {
     } catch (const std::bad_alloc&) { return {{}, {Failure::Kind::unusable}}; }
 }
 
-Failure Channel::start(std::unique_ptr<Call>& call, std::shared_ptr<Connection>& connection,
-                       std::span<std::uint8_t> record, Deadline deadline) {
+Failure Channel::start(Call& call, std::shared_ptr<Connection>& connection, std::span<std::uint8_t> record,
+                       Deadline deadline) {
     Connection::Sent sent;
     for (int attempt = 0; attempt < 2; ++attempt) {
         if (const Failure failure = connect(connection, deadline)) { return failure; }
-        call = std::make_unique<Call>(connection);
-        sent = connection->send(*call, record, deadline);
+        call.moveTo(connection);
+        sent = connection->send(call, record, deadline);
         if (sent.begun || sent.failure.kind == Failure::Kind::callTimedOut) { break; }
     }
     return sent.failure;
@@ -98,11 +98,11 @@ Failure Channel::start(std::unique_ptr<Call>& call, std::shared_ptr<Connection>&
 
 Failure Channel::call(std::span<std::uint8_t> record, XdrRoutine decode, void* result) {
     const Deadline until = deadline();
-    std::unique_ptr<Call> call;
+    Call call;
     std::shared_ptr<Connection> connection;
     if (const Failure failure = start(call, connection, record, until)) { return failure; }
-    if (const Failure failure = connection->wait(*call, until)) { return failure; }
-    return readReply(call->reply(), decode, result);
+    if (const Failure failure = connection->wait(call, until)) { return failure; }
+    return readReply(call.reply(), decode, result);
 }
 
 Failure readReply(ByteSpan record, XdrRoutine decode, void* result) {

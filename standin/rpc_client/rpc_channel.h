@@ -36,8 +36,15 @@ public:
     Failure connect(std::shared_ptr<Connection>& connection, Deadline deadline);
 
     /// Sends a sealed record. It goes on a connection of its own time only when a first one took nothing of it.
-    Failure start(std::unique_ptr<Call>& call, std::shared_ptr<Connection>& connection, std::span<std::uint8_t> record,
+    Failure start(Call& call, std::shared_ptr<Connection>& connection, std::span<std::uint8_t> record,
                   Deadline deadline);
+
+    /// The same with a call that is made for it.
+    Failure start(std::unique_ptr<Call>& call, std::shared_ptr<Connection>& connection, std::span<std::uint8_t> record,
+                  Deadline deadline) {
+        call = std::make_unique<Call>();
+        return start(*call, connection, record, deadline);
+    }
 
     /// Sends a sealed record and waits until its reply is decoded.
     Failure call(std::span<std::uint8_t> record, XdrRoutine decode, void* result);

@@ -3,6 +3,7 @@
 
 #include <atomic>
 #include <chrono>
+#include <mutex>
 #include <new>
 #include <string>
 #include <utility>
@@ -10,6 +11,7 @@
 #include "error_lists/platform_messages.h"
 #include "platform/rpc_program.h"
 #include "rpc_client/rpc_channel.h"
+#include "rpc_client/spare_buffers.h"
 
 using namespace kvrpc;
 
@@ -79,6 +81,8 @@ struct KvCRpcClient::State {
 
     Channel channel;
     std::atomic<std::uint32_t> version{applman::kApplManVersion};
+    std::mutex spareGuard{};
+    SpareBuffers spare{}; // for requests
 };
 
 bool KvCRpcClient::State::set(std::uint32_t id, std::uint32_t value) noexcept {
@@ -92,10 +96,11 @@ bool KvCRpcClient::State::set(std::uint32_t id, std::uint32_t value) noexcept {
 
 Failure KvCRpcClient::State::call(std::uint32_t procedure, XdrRoutine encode, void* request, XdrRoutine decode,
                                   void* reply) {
-    Bytes record = beginCall(applman::kApplManProgram, version, procedure);
-    Xdr xdr = Xdr::encoder(record);
-    if (!encode(xdr, request) || !seal(record)) { return {Failure::Kind::notEncoded}; }
-    return channel.call(record, decode, reply);
+    SpareBuffer record{spare, spareGuard};
+    *record = beginCall(applman::kApplManProgram, version, procedure, std::move(*record));
+    Xdr xdr = Xdr::encoder(*record);
+    if (!encode(xdr, request) || !seal(*record)) { return {Failure::Kind::notEncoded}; }
+    return channel.call(*record, decode, reply);
 }
 
 KvCRpcClient::KvCRpcClient(KvCErrorListPool& pool, const char* address) noexcept : state_(nullptr) {

@@ -1,19 +1,20 @@
 // Leader and followers. Of the calls that wait for a reply one, the leader, reads the socket; the others, the followers,
-// sleep until they are woken.
+// let others run for a moment and then sleep until they are woken.
 // - Whoever finds that nobody reads is the leader: in `wait` until its own reply has come, in `send` only while the socket
 //   takes nothing (the peer may take nothing itself before its replies are taken), in `usable` for what has arrived.
-// - The leader reads one record with the lock released, then gives it, under the lock, to the call of its xid and wakes
-//   that one. A record that nobody waits for any more is dropped.
-// - Whoever stops reading appoints: it wakes one follower, which finds that nobody reads. Each of the three ways above ends
-//   with `appointReader`; without it the followers would sleep until their deadlines.
-// - The reader belongs to whoever set `reading_`, the sending half of the socket to whoever set `writing_`; the lock guards
-//   all the rest. It is never held while the socket is waited for, and no other lock is taken under it.
+// - The leader reads with the lock released. Under the lock it gives each whole record that has come to the call of its
+//   xid, and wakes that one if it sleeps. A record that nobody waits for any more is dropped.
+// - Whoever stops reading appoints: it wakes one sleeping follower, which finds that nobody reads. Each of the three ways
+//   above ends with `appointReader`; without it the followers would sleep until their deadlines. One that is awake looks.
+// - The reader belongs to whoever set `reading_`, the sending half of the socket to whoever holds `sending_`; the lock
+//   guards all the rest. It is never held while the socket is waited for, and no other lock is taken under it.
 // - The first failure stays, and wakes everybody. std::bad_alloc comes out of `send` only, before a byte is sent; a reply
 //   for which there is no memory breaks the connection, since the stream has then lost its place.
 #include "rpc_client/rpc_connection.h"
 
 #include <algorithm>
 #include <new>
+#include <thread>
 #include <utility>
 
 namespace kvrpc {
@@ -22,32 +23,39 @@ namespace {
 constexpr std::uint32_t kFirstXid = 0xFFFFFFF0U; // so that the counter's wrap is nothing rare
 constexpr Deadline::duration kWriteSlice = std::chrono::milliseconds{50};
 
+/// How often others are let run before a thread sleeps for a reply that somebody reads. With one processor that would only
+/// bring the target on after every single request; those who sleep are served many at once there.
+const int turnsAwake = std::thread::hardware_concurrency() > 1 ? 4 : 0;
+
+/// For how many turns of reading a connection counts as shared after two calls were under way at the same time.
+const int turnsShared = std::thread::hardware_concurrency() > 1 ? 16 : 0;
+
 bool isOver(Deadline deadline) noexcept { return Clock::now() >= deadline; }
 
-/// Makes a flag true for as long as it lives. The flag is changed under the lock, which is held again afterwards.
+/// Of the reader. `reading` is changed under the lock, which is held again afterwards.
 class Turn {
 public:
-    Turn(std::unique_lock<std::mutex>& lock, bool& flag, std::condition_variable* next = nullptr) noexcept
-        : lock_(lock), flag_(flag), next_(next) {
-        flag_ = true;
+    Turn(std::unique_lock<std::mutex>& lock, std::atomic<bool>& reading) noexcept : lock_(lock), reading_(reading) {
+        reading_ = true;
     }
     ~Turn() {
         if (!lock_.owns_lock()) { lock_.lock(); }
-        flag_ = false;
-        if (next_ != nullptr) { next_->notify_one(); }
+        reading_ = false;
     }
     Turn(const Turn&) = delete;
     Turn& operator=(const Turn&) = delete;
 
 private:
     std::unique_lock<std::mutex>& lock_;
-    bool& flag_;
-    std::condition_variable* next_;
+    std::atomic<bool>& reading_;
 };
 
 } // namespace
 
-Call::~Call() { connection_->forget(*this); }
+void Call::moveTo(std::shared_ptr<Connection> connection) noexcept {
+    if (connection_) { connection_->forget(*this); }
+    connection_ = std::move(connection);
+}
 
 Connection::Connection(Socket socket) noexcept
     : socket_(std::move(socket)), nextXid_(kFirstXid), reader_(kLargestRecord) {}
@@ -55,47 +63,44 @@ Connection::Connection(Socket socket) noexcept
 bool Connection::usable(Deadline deadline) {
     Lock lock{mutex_};
     if (reading_ || failure_) { return !failure_; } // whoever reads learns of the end by himself
-    do {
-        takeRecord(lock, Clock::now());
-    } while (!failure_ && !reading_ && !isOver(deadline) && socket_.wait({.toRead = true}, Clock::now()).toRead);
+    while (!failure_ && !reading_ && !isOver(deadline) && socket_.wait({.toRead = true}, Clock::now()).toRead) {
+        takeRecords(lock, Clock::now());
+    }
     appointReader();
     return !failure_;
 }
 
 Connection::Sent Connection::send(Call& call, std::span<std::uint8_t> record, Deadline deadline) {
-    Lock lock{mutex_};
-    const bool mayWrite = mayWrite_.wait_until(lock, deadline, [this] { return !writing_ || failure_; });
-    if (failure_) { return {failure_}; }
-    if (!mayWrite) { return {{Failure::Kind::callTimedOut}}; }
-
     std::size_t sent = 0;
-    Io outcome = Io::failed;
+    const std::unique_lock turn{sending_, deadline};
     {
-        const Turn turn{lock, writing_, &mayWrite_};
+        const Lock lock{mutex_};
+        if (failure_) { return {failure_}; }
+        if (!turn) { return {{Failure::Kind::callTimedOut}}; }
         enroll(call);
-        setXid(record, call.xid_);
-        lock.unlock();
-        outcome = write(record, deadline, sent);
     }
+    setXid(record, call.xid_);
+    const Io outcome = write(record, deadline, sent);
     if (outcome == Io::done) { return {{}, true}; }
     const auto kind = outcome == Io::timedOut ? Failure::Kind::callTimedOut : Failure::Kind::lost;
-    if (sent > 0 || outcome != Io::timedOut) { fail(Failure::Kind::lost); }
+    if (sent > 0 || outcome != Io::timedOut) { drop(); }
     return {{kind}, sent > 0};
 }
 
 void Connection::enroll(Call& call) {
-    while (pending_.contains(nextXid_)) {
+    const auto isTaken = [this](const Call* other) { return other->xid_ == nextXid_; };
+    while (std::any_of(pending_.begin(), pending_.end(), isTaken)) {
         ++nextXid_;
     }
-    pending_.emplace(nextXid_, &call);
+    pending_.push_back(&call);
     call.xid_ = nextXid_++;
-    call.pending_ = true;
+    if (pending_.size() > 1) { sharedFor_ = turnsShared; }
 }
 
 void Connection::forget(Call& call) noexcept {
     const Lock lock{mutex_};
-    if (call.pending_) { pending_.erase(call.xid_); }
-    call.pending_ = false;
+    std::erase(pending_, &call);
+    spare_.giveBack(call.reply_);
 }
 
 Io Connection::write(ByteSpan record, Deadline deadline, std::size_t& sent) {
@@ -125,11 +130,13 @@ void Connection::waitToWrite(Deadline deadline) {
         lock.unlock();
         toRead = socket_.wait({.toRead = true, .toWrite = true}, slice).toRead;
     }
-    if (toRead) { takeRecord(lock, Clock::now()); }
+    if (toRead) { takeRecords(lock, Clock::now()); }
     appointReader();
 }
 
 Failure Connection::wait(Call& call, Deadline deadline) {
+    stayAwake(call);
+    if (call.answered_) { return {}; }
     Lock lock{mutex_};
     while (!call.answered_ && !failure_) {
         if (reading_) {
@@ -137,7 +144,7 @@ Failure Connection::wait(Call& call, Deadline deadline) {
             call.woken_.wait_until(lock, deadline);
             call.waiting_ = false;
         } else {
-            takeRecord(lock, deadline);
+            takeRecords(lock, deadline);
         }
         if (!call.answered_ && isOver(deadline)) { break; }
     }
@@ -147,54 +154,59 @@ Failure Connection::wait(Call& call, Deadline deadline) {
     return {Failure::Kind::callTimedOut};
 }
 
-/// With nobody reading. Reads one record with the lock released, and delivers it.
-RecordReader::Outcome Connection::takeRecord(Lock& lock, Deadline deadline) {
-    Bytes record;
-    auto outcome = RecordReader::Outcome::malformed;
-    auto kind = Failure::Kind::malformed;
-    {
-        const Turn turn{lock, reading_};
-        lock.unlock();
-        try {
-            outcome = reader_.read(socket_, deadline, record);
-        } catch (const std::bad_alloc&) { kind = Failure::Kind::unusable; }
+/// Lets others run while somebody reads: a reply that comes soon then needs nobody to be woken.
+void Connection::stayAwake(const Call& call) const noexcept {
+    for (int turns = 0; turns < turnsAwake && reading_ && !call.answered_; ++turns) {
+        std::this_thread::yield();
     }
-    switch (outcome) {
-    case RecordReader::Outcome::record:
-        deliver(std::move(record));
-        break;
-    case RecordReader::Outcome::timedOut:
-        break;
-    case RecordReader::Outcome::malformed:
-        fail(kind);
-        break;
-    case RecordReader::Outcome::ended:
-    case RecordReader::Outcome::failed:
-        fail(Failure::Kind::lost);
-        break;
-    }
-    return outcome;
 }
 
-void Connection::deliver(Bytes record) noexcept {
+/// With nobody reading. Waits for a record with the lock released, then delivers it and what came along with it.
+void Connection::takeRecords(Lock& lock, Deadline deadline) {
+    Bytes record = spare_.take();
+    auto outcome = RecordReader::Outcome::malformed;
+    auto kind = Failure::Kind::malformed;
+    try {
+        {
+            const Turn turn{lock, reading_};
+            const bool shared = sharedFor_ > 0 && sharedFor_-- > 0;
+            lock.unlock();
+            if (shared) { std::this_thread::yield(); } // others send first, and are served by the same turn
+            outcome = reader_.read(socket_, deadline, record);
+        }
+        while (outcome == RecordReader::Outcome::record) {
+            deliver(record);
+            outcome = failure_ ? RecordReader::Outcome::failed : reader_.take(record);
+        }
+    } catch (const std::bad_alloc&) {
+        outcome = RecordReader::Outcome::malformed;
+        kind = Failure::Kind::unusable;
+    }
+    spare_.giveBack(record);
+    if (outcome == RecordReader::Outcome::malformed) { return fail(kind); }
+    if (outcome != RecordReader::Outcome::timedOut) { fail(Failure::Kind::lost); }
+}
+
+/// Leaves another record to be filled in its place.
+void Connection::deliver(Bytes& record) noexcept {
     const auto kind = kindOf(record);
     if (!kind) { return fail(Failure::Kind::malformed); }
-    const auto found = kind->reply ? pending_.find(kind->xid) : pending_.end();
+    const auto found = std::find_if(pending_.begin(), pending_.end(),
+                                    [&](const Call* call) { return kind->reply && call->xid_ == kind->xid; });
     if (found == pending_.end()) { return; } // late, twice, or nobody's
-    Call& call = *found->second;
+    Call& call = **found;
     pending_.erase(found);
-    call.pending_ = false;
-    call.reply_ = std::move(record);
+    call.reply_ = std::exchange(record, spare_.take());
     call.answered_ = true;
-    call.woken_.notify_one();
+    if (call.waiting_) { call.woken_.notify_one(); }
 }
 
 /// Wakes one of those who wait, when nobody reads.
 void Connection::appointReader() noexcept {
     if (reading_) { return; }
     const auto waiting =
-        std::find_if(pending_.begin(), pending_.end(), [](const auto& entry) { return entry.second->waiting_; });
-    if (waiting != pending_.end()) { waiting->second->woken_.notify_one(); }
+        std::find_if(pending_.begin(), pending_.end(), [](const Call* call) { return call->waiting_; });
+    if (waiting != pending_.end()) { (*waiting)->woken_.notify_one(); }
 }
 
 void Connection::drop() noexcept {
@@ -207,10 +219,9 @@ void Connection::fail(Failure::Kind kind) noexcept {
     if (failure_) { return; }
     failure_ = {kind};
     socket_.abandon();
-    for (const auto& [xid, call] : pending_) {
+    for (Call* const call : pending_) {
         call->woken_.notify_one();
     }
-    mayWrite_.notify_all();
 }
 
 } // namespace kvrpc

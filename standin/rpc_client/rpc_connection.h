@@ -2,14 +2,16 @@
 // of those who wait, one reads and hands the others their replies.
 #pragma once
 
+#include <atomic>
 #include <condition_variable>
 #include <cstdint>
 #include <memory>
 #include <mutex>
 #include <span>
-#include <unordered_map>
+#include <vector>
 
 #include "rpc_client/rpc_failure.h"
+#include "rpc_client/spare_buffers.h"
 #include "rpc_wire/record_reader.h"
 #include "rpc_wire/rpc_message.h"
 #include "rpc_wire/socket.h"
@@ -21,22 +23,24 @@ class Connection;
 /// A call under way. One that is given up leaves its connection usable: a late reply is dropped.
 class Call {
 public:
-    explicit Call(std::shared_ptr<Connection> connection) noexcept : connection_(std::move(connection)) {}
-    ~Call();
+    explicit Call(std::shared_ptr<Connection> connection = {}) noexcept : connection_(std::move(connection)) {}
+    ~Call() { moveTo({}); }
     Call(const Call&) = delete;
     Call& operator=(const Call&) = delete;
+
+    /// Leaves its connection, if it has one, for another, if that is one.
+    void moveTo(std::shared_ptr<Connection> connection) noexcept;
 
     /// Once it is answered.
     ByteSpan reply() const noexcept { return reply_; }
 
 private:
     friend class Connection;
-    const std::shared_ptr<Connection> connection_;
+    std::shared_ptr<Connection> connection_;
     Bytes reply_{};
     std::uint32_t xid_ = 0;
-    bool pending_ = false;
-    bool answered_ = false;
-    bool waiting_ = false; // somebody sleeps until `woken_`
+    std::atomic<bool> answered_{false}; // set last
+    bool waiting_ = false;              // somebody sleeps until `woken_`
     std::condition_variable woken_{};
 };
 
@@ -71,20 +75,22 @@ private:
     void forget(Call& call) noexcept;
     Io write(ByteSpan record, Deadline deadline, std::size_t& sent);
     void waitToWrite(Deadline deadline);
-    RecordReader::Outcome takeRecord(Lock& lock, Deadline deadline);
-    void deliver(Bytes record) noexcept;
+    void stayAwake(const Call& call) const noexcept;
+    void takeRecords(Lock& lock, Deadline deadline);
+    void deliver(Bytes& record) noexcept;
     void appointReader() noexcept;
     void fail(Failure::Kind kind) noexcept;
 
     const Socket socket_;
-    std::mutex mutex_{}; // guards what follows, but for the reader, which belongs to whoever set `reading_`
+    std::timed_mutex sending_{}; // held by whoever writes
+    std::mutex mutex_{};         // guards what follows, but for the reader, which belongs to whoever set `reading_`
     Failure failure_{};
-    std::unordered_map<std::uint32_t, Call*> pending_{};
+    std::vector<Call*> pending_{}; // in the order in which they were sent
     std::uint32_t nextXid_;
-    bool reading_ = false;
-    bool writing_ = false;
-    std::condition_variable mayWrite_{};
+    int sharedFor_ = 0; // so many turns of reading are expected to serve several threads
+    std::atomic<bool> reading_{false};
     RecordReader reader_;
+    SpareBuffers spare_{}; // for replies
 };
 
 } // namespace kvrpc

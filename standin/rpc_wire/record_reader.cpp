@@ -1,7 +1,6 @@
 #include "rpc_wire/record_reader.h"
 
 #include <algorithm>
-#include <utility>
 
 #include "platform/xdr.h"
 
@@ -12,14 +11,21 @@ constexpr std::uint32_t kMostEmptyFragments = 1024; // in one record, so that no
 
 } // namespace
 
+RecordReader::Outcome RecordReader::take(std::vector<std::uint8_t>& record) {
+    record.clear();
+    if (record_.empty() && record_.capacity() < record.capacity()) { record_.swap(record); }
+    const Progress progress = consume();
+    if (progress == Progress::malformed) { return Outcome::malformed; }
+    if (progress == Progress::partial) { return Outcome::timedOut; }
+    record.swap(record_);
+    record_.clear();
+    return Outcome::record;
+}
+
 RecordReader::Outcome RecordReader::read(const Socket& socket, Deadline deadline, std::vector<std::uint8_t>& record) {
     for (bool tried = false;; tried = true) {
-        const Progress progress = consume();
-        if (progress == Progress::malformed) { return Outcome::malformed; }
-        if (progress == Progress::whole) {
-            record = std::exchange(record_, {});
-            return Outcome::record;
-        }
+        const Outcome taken = take(record);
+        if (taken != Outcome::timedOut) { return taken; }
         if (tried && Clock::now() >= deadline) { return Outcome::timedOut; } // also while bytes keep coming
         const IoResult received = socket.receive(buffer_, deadline);
         if (received.io == Io::timedOut) { return Outcome::timedOut; }

@@ -23,7 +23,11 @@ public:
 
     /// The next whole record. After `timedOut` a later call goes on where this one stopped; after `ended`, `failed` and
     /// `malformed` the stream is of no more use. Throws std::bad_alloc, then it is of no more use either.
+    /// The memory that `record` has is used.
     Outcome read(const Socket& socket, Deadline deadline, std::vector<std::uint8_t>& record);
+
+    /// The same of what was received already: `timedOut` when there is no whole record in it.
+    Outcome take(std::vector<std::uint8_t>& record);
 
     /// A record has begun and is not whole.
     bool midRecord() const noexcept { return markBytes_ > 0 || emptyFragments_ > 0 || !record_.empty(); }

@@ -1,6 +1,7 @@
 #include "rpc_wire/rpc_message.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "platform/xdr.h"
 #include "rpc_wire/record_reader.h"
@@ -20,10 +21,9 @@ constexpr std::uint32_t kLongestMachineName = 255;
 constexpr std::uint32_t kMostGroups = 16;
 constexpr std::size_t kUsualRecord = 128; // bytes
 
-Bytes begin(std::initializer_list<std::uint32_t> words) {
-    Bytes record;
+Bytes begin(std::initializer_list<std::uint32_t> words, Bytes record = {}) {
     record.reserve(kUsualRecord);
-    record.resize(kMarkSize);
+    record.assign(kMarkSize, 0);
     Xdr xdr = Xdr::encoder(record);
     for (std::uint32_t word : words) {
         xdr_u_int(xdr, word);
@@ -70,8 +70,8 @@ ByteSpan rest(Xdr& xdr) noexcept {
 
 } // namespace
 
-Bytes beginCall(std::uint32_t program, std::uint32_t version, std::uint32_t procedure) {
-    return begin({0, kCall, kRpcVersion, program, version, procedure, kNone, 0, kNone, 0});
+Bytes beginCall(std::uint32_t program, std::uint32_t version, std::uint32_t procedure, Bytes memory) {
+    return begin({0, kCall, kRpcVersion, program, version, procedure, kNone, 0, kNone, 0}, std::move(memory));
 }
 
 void setXid(std::span<std::uint8_t> record, std::uint32_t xid) noexcept { store(record.data() + kMarkSize, xid); }

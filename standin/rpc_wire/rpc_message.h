@@ -23,8 +23,8 @@ enum class AcceptStatus : std::uint32_t {
 /// Why a call was denied before its program was looked at.
 enum class Denial : std::uint32_t { rpcMismatch, badCredentials, rejectedCredentials };
 
-/// A call without its arguments, which are appended to it, and with room for mark and xid.
-Bytes beginCall(std::uint32_t program, std::uint32_t version, std::uint32_t procedure);
+/// A call without its arguments, which are appended to it, and with room for mark and xid. It is put into `memory`.
+Bytes beginCall(std::uint32_t program, std::uint32_t version, std::uint32_t procedure, Bytes memory = {});
 void setXid(std::span<std::uint8_t> record, std::uint32_t xid) noexcept;
 
 Bytes acceptedReply(std::uint32_t xid, AcceptStatus status);

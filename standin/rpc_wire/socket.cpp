@@ -27,6 +27,8 @@ namespace kvrpc {
 namespace {
 
 constexpr std::size_t kMostAtOnce = 1 << 20; // so that deadlines are looked at now and then
+constexpr Deadline::duration kConnectSlice = std::chrono::milliseconds{50};
+constexpr Deadline::duration kReceiveSlice = std::chrono::milliseconds{200};
 
 #ifdef _WIN32
 
@@ -34,7 +36,9 @@ using Handle = SOCKET;
 using AddressLength = int;
 using ByteCount = int;
 using PollEntry = WSAPOLLFD;
-constexpr int kSendFlags = 0;
+constexpr int kSendAtOnce = 0;
+constexpr int kReceiveAtOnce = 0;
+constexpr bool kReceiveMayWait = false;
 constexpr int kInterrupted = WSAEINTR;
 
 int lastError() noexcept { return WSAGetLastError(); }
@@ -59,6 +63,14 @@ void endUse() noexcept {
     WSACleanup();
 }
 
+// No operation waits here, since the choice is the socket's and cannot be made anew by each operation.
+bool makeNonBlocking(Handle handle) noexcept {
+    u_long on = 1;
+    return ioctlsocket(handle, static_cast<long>(FIONBIO), &on) == 0;
+}
+bool limitReceiving(Handle handle) noexcept { return makeNonBlocking(handle); }
+bool limitConnecting(Handle, Deadline) noexcept { return true; }
+
 Handle openHandle() noexcept {
     return WSASocketW(AF_INET, SOCK_STREAM, IPPROTO_TCP, nullptr, 0, WSA_FLAG_OVERLAPPED | WSA_FLAG_NO_HANDLE_INHERIT);
 }
@@ -66,10 +78,6 @@ Handle acceptHandle(Handle listener) noexcept {
     const Handle handle = ::accept(listener, nullptr, nullptr);
     if (handle != INVALID_SOCKET) { SetHandleInformation(reinterpret_cast<HANDLE>(handle), HANDLE_FLAG_INHERIT, 0); }
     return handle;
-}
-bool makeNonBlocking(Handle handle) noexcept {
-    u_long on = 1;
-    return ioctlsocket(handle, static_cast<long>(FIONBIO), &on) == 0;
 }
 
 ConnectOutcome outcomeOf(int error) noexcept {
@@ -94,7 +102,9 @@ using Handle = int;
 using AddressLength = socklen_t;
 using ByteCount = std::size_t;
 using PollEntry = pollfd;
-constexpr int kSendFlags = MSG_NOSIGNAL;
+constexpr int kSendAtOnce = MSG_NOSIGNAL | MSG_DONTWAIT;
+constexpr int kReceiveAtOnce = MSG_DONTWAIT;
+constexpr bool kReceiveMayWait = true; // until `limitReceiving` ends it
 constexpr int kInterrupted = EINTR;
 
 int lastError() noexcept { return errno; }
@@ -107,12 +117,23 @@ void closeHandle(Handle handle) noexcept { ::close(handle); }
 bool beginUse() noexcept { return true; }
 void endUse() noexcept {}
 
-Handle openHandle() noexcept { return ::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, IPPROTO_TCP); }
-Handle acceptHandle(Handle listener) noexcept { return ::accept4(listener, nullptr, nullptr, SOCK_CLOEXEC); }
+// A connection's operations wait unless they are told not to, and the system ends a wait by itself.
 bool makeNonBlocking(Handle handle) noexcept {
     const int flags = ::fcntl(handle, F_GETFL);
     return flags != -1 && ::fcntl(handle, F_SETFL, flags | O_NONBLOCK) != -1;
 }
+bool limitTime(Handle handle, int option, Deadline::duration longest) noexcept {
+    const auto time = std::chrono::ceil<std::chrono::microseconds>(longest).count();
+    const timeval value{0, static_cast<suseconds_t>(std::max<decltype(time)>(time, 1))}; // 0 would be for ever
+    return ::setsockopt(handle, SOL_SOCKET, option, &value, sizeof value) == 0;
+}
+bool limitReceiving(Handle handle) noexcept { return limitTime(handle, SO_RCVTIMEO, kReceiveSlice); }
+bool limitConnecting(Handle handle, Deadline deadline) noexcept {
+    return limitTime(handle, SO_SNDTIMEO, std::min(kConnectSlice, deadline - Clock::now()));
+}
+
+Handle openHandle() noexcept { return ::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, IPPROTO_TCP); }
+Handle acceptHandle(Handle listener) noexcept { return ::accept4(listener, nullptr, nullptr, SOCK_CLOEXEC); }
 
 ConnectOutcome outcomeOf(int error) noexcept {
     switch (error) {
@@ -143,8 +164,6 @@ struct Use {
     Use& operator=(const Use&) = delete;
     bool begun;
 };
-
-constexpr Deadline::duration kConnectSlice = std::chrono::milliseconds{50};
 
 Handle handleOf(std::intptr_t handle) noexcept { return static_cast<Handle>(handle); }
 
@@ -210,18 +229,8 @@ void Socket::close() noexcept {
 Socket Socket::open(int& systemError) noexcept {
     const Use use;
     Socket socket{static_cast<std::intptr_t>(openHandle())};
-    if (!socket.valid()) {
-        systemError = lastError();
-        return socket;
-    }
-    if (!socket.prepare(systemError)) { socket.close(); }
+    if (!socket.valid()) { systemError = lastError(); }
     return socket;
-}
-
-bool Socket::prepare(int& systemError) const noexcept {
-    if (makeNonBlocking(handleOf(handle_))) { return true; }
-    systemError = lastError();
-    return false;
 }
 
 Socket Socket::connect(std::uint32_t address, std::uint16_t port, Deadline deadline, ConnectOutcome& outcome,
@@ -229,6 +238,10 @@ Socket Socket::connect(std::uint32_t address, std::uint16_t port, Deadline deadl
     outcome = ConnectOutcome::failed;
     Socket socket = open(systemError);
     if (!socket.valid()) { return socket; }
+    if (!limitReceiving(handleOf(socket.handle_)) || !limitConnecting(handleOf(socket.handle_), deadline)) {
+        systemError = lastError();
+        return {};
+    }
     tune(handleOf(socket.handle_));
 
     const sockaddr_in peer = socketAddress(address, port);
@@ -252,7 +265,7 @@ Socket Socket::connect(std::uint32_t address, std::uint16_t port, Deadline deadl
         outcome = outcomeOf(error);
         return {};
     }
-    if (socket.connectedToItself()) {
+    if (socket.connectedToItself(port)) {
         outcome = ConnectOutcome::refused;
         return {};
     }
@@ -261,14 +274,15 @@ Socket Socket::connect(std::uint32_t address, std::uint16_t port, Deadline deadl
 }
 
 // A port out of the range that the system also gives to clients can be met by one's own when nobody listens there.
-bool Socket::connectedToItself() const noexcept {
+bool Socket::connectedToItself(std::uint16_t port) const noexcept {
     sockaddr_in local{};
     sockaddr_in peer{};
     AddressLength localLength = sizeof local;
     AddressLength peerLength = sizeof peer;
     return ::getsockname(handleOf(handle_), reinterpret_cast<sockaddr*>(&local), &localLength) == 0 &&
+           local.sin_port == htons(port) &&
            ::getpeername(handleOf(handle_), reinterpret_cast<sockaddr*>(&peer), &peerLength) == 0 &&
-           local.sin_port == peer.sin_port && local.sin_addr.s_addr == peer.sin_addr.s_addr;
+           local.sin_addr.s_addr == peer.sin_addr.s_addr;
 }
 
 Socket Socket::listen(const std::string& host, std::uint16_t port) {
@@ -288,7 +302,8 @@ Socket Socket::listen(const std::string& host, std::uint16_t port) {
     setOption(handleOf(socket.handle_), SOL_SOCKET, SO_REUSEADDR, 1); // a port is free again as soon as it is let go
 #endif
     const sockaddr_in local = socketAddress(*address, port);
-    if (::bind(handleOf(socket.handle_), reinterpret_cast<const sockaddr*>(&local), sizeof local) != 0 ||
+    if (!makeNonBlocking(handleOf(socket.handle_)) ||
+        ::bind(handleOf(socket.handle_), reinterpret_cast<const sockaddr*>(&local), sizeof local) != 0 ||
         ::listen(handleOf(socket.handle_), SOMAXCONN) != 0) {
         throw cannot(lastError());
     }
@@ -320,7 +335,7 @@ Socket Socket::accept(AcceptOutcome& outcome) const noexcept {
         return socket;
     }
     outcome = AcceptOutcome::none;
-    if (int error = 0; !socket.prepare(error)) { return {}; }
+    if (!limitReceiving(handleOf(socket.handle_))) { return {}; }
     tune(handleOf(socket.handle_));
     outcome = AcceptOutcome::accepted;
     return socket;
@@ -343,7 +358,7 @@ IoResult Socket::send(std::span<const std::uint8_t> bytes) const noexcept {
     const auto* const first = reinterpret_cast<const char*>(bytes.data());
     const auto count = static_cast<ByteCount>(std::min(bytes.size(), kMostAtOnce));
     for (;;) {
-        const auto sent = ::send(handleOf(handle_), first, count, kSendFlags);
+        const auto sent = ::send(handleOf(handle_), first, count, kSendAtOnce);
         if (sent >= 0) { return {Io::done, static_cast<std::size_t>(sent)}; }
         const int error = lastError();
         if (isWouldBlock(error)) { return {Io::wouldBlock}; }
@@ -355,11 +370,12 @@ IoResult Socket::receive(std::span<std::uint8_t> buffer, Deadline deadline) cons
     auto* const first = reinterpret_cast<char*>(buffer.data());
     const auto count = static_cast<ByteCount>(std::min(buffer.size(), kMostAtOnce));
     for (;;) {
-        const auto received = ::recv(handleOf(handle_), first, count, 0);
+        const bool patient = kReceiveMayWait && deadline - Clock::now() > kReceiveSlice;
+        const auto received = ::recv(handleOf(handle_), first, count, patient ? 0 : kReceiveAtOnce);
         if (received > 0) { return {Io::done, static_cast<std::size_t>(received)}; }
         if (received == 0) { return {Io::ended}; }
         const int error = lastError();
-        if (error == kInterrupted) { continue; }
+        if (error == kInterrupted || (patient && isWouldBlock(error))) { continue; }
         if (!isWouldBlock(error)) { return {Io::failed}; }
         if (Clock::now() >= deadline || !wait({.toRead = true}, deadline).toRead) { return {Io::timedOut}; }
     }

@@ -75,8 +75,7 @@ private:
     explicit Socket(std::intptr_t handle) noexcept;
 
     static Socket open(int& systemError) noexcept;
-    bool prepare(int& systemError) const noexcept;
-    bool connectedToItself() const noexcept;
+    bool connectedToItself(std::uint16_t port) const noexcept;
 
     std::intptr_t handle_ = kNone;
 };

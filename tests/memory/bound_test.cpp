@@ -1,8 +1,10 @@
-// What a reply of 1 KiB costs in memory, whatever lengths and counts it declares.
+// What a reply of 1 KiB costs in memory, whatever lengths and counts it declares, and what a call does.
 #include <algorithm>
 
 #include <gtest/gtest.h>
 
+#include "KvApplManConstants.h"
+#include "api/api_test.h"
 #include "support/failing_memory.h"
 #include "support/pool.h"
 #include "support/wire.h"
@@ -66,4 +68,19 @@ TEST(Reply, CostsAHundredTimesItsBytesAtMost) {
     EXPECT_LE(worstOf(TApplManGroupResult{1, 0, one, 3, 4}), kMost);
     EXPECT_LE(worstOf(TApplManCoreIdResult{1, 0, one, {3}}), kMost);
     EXPECT_LE(worstOf(TApplManFlashListResult{1, 0, one, {3}, {}, {4}}), kMost);
+}
+
+using WarmCall = ApiTest;
+
+TEST_F(WarmCall, AllocatesNothing) {
+    const auto read = [this] {
+        std::uint32_t value = 0;
+        std::int32_t size = sizeof value;
+        return KvApplMan_getApplInfo(pool, t.device, t.access, 16, KV_APPLMAN_ITEM_GROUP_SIZE, &value, &size);
+    };
+    t.target.scriptAlways(kGetParam, wire::value(std::uint32_t{4}));
+    EXPECT_EQ(read(), 0);
+    const std::size_t before = memoryUse().bytes;
+    EXPECT_EQ(read(), 0);
+    EXPECT_EQ(memoryUse().bytes, before);
 }
