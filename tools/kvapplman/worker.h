@@ -48,6 +48,7 @@ enum class Cut { none, interrupted, timedOut };
 struct JobLimits {
     std::size_t atATime = 1;
     std::optional<Clock::time_point> deadline{};
+    std::chrono::milliseconds grace{2000}; ///< from being asked to end until being killed
     bool interruptible = true; ///< whether the user's first Ctrl-C ends them; the second always ends the program
 };
 

@@ -21,8 +21,7 @@
 namespace tool {
 namespace {
 
-constexpr std::chrono::milliseconds kGrace{2000}; // from being asked to end until being killed
-constexpr int kEndedWhenAsked = 3;                // exit codes of workers
+constexpr int kEndedWhenAsked = 3; // exit codes of workers
 constexpr int kJobThrew = 4;
 constexpr int kGivenUp = 131;
 constexpr std::string_view kGivenUpText = "\nkvapplman: given up; look what is left on the targets\n";
@@ -137,7 +136,7 @@ private:
         const bool interrupted = limits_.interruptible && interruptions > 0;
         if (done_.cut == Cut::none && (interrupted || due)) {
             done_.cut = interrupted ? Cut::interrupted : Cut::timedOut;
-            killingTime_ = Clock::now() + kGrace;
+            killingTime_ = Clock::now() + limits_.grace;
             for (const Worker& worker : running_) {
                 kill(worker.process, SIGTERM);
             }
@@ -228,7 +227,9 @@ private:
         close(worker.pipe);
         done_.ends[worker.job] = endOf(status);
         const bool endedAlone = done_.ends[worker.job] == JobEnd::ended && done_.cut == Cut::none;
-        if (endedAlone) { interruptions = interruptions + 1; } // somebody has asked the worker in the supervisor's place
+        if (endedAlone) {
+            interruptions = interruptions + 1;
+        } // somebody has asked the worker in the supervisor's place
     }
 
     JobEnd endOf(int status) const {

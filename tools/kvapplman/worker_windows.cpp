@@ -18,7 +18,6 @@
 namespace tool {
 namespace {
 
-constexpr std::chrono::milliseconds kGrace{2000};
 constexpr std::chrono::milliseconds kSlice{50}; // how soon an interruption is noticed
 constexpr int kGivenUp = 131;
 
@@ -128,7 +127,7 @@ JobsDone runJobs(const std::vector<Job>& jobs, const JobLimits& limits, const Ev
         if (!shared->cut && (due || interrupted)) {
             done.cut = interrupted ? Cut::interrupted : Cut::timedOut;
             shared->cut = true;
-            leavingTime = Clock::now() + kGrace;
+            leavingTime = Clock::now() + limits.grace;
         }
         for (; !shared->cut && next < jobs.size() && shared->running < limits.atATime; ++next) {
             shared->ends[next] = JobEnd::ended; // unless it says otherwise
