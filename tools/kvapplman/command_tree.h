@@ -1,0 +1,18 @@
+// Looking around in the tree of commands.
+#pragma once
+
+#include <string>
+
+#include <CLI/CLI.hpp>
+
+namespace tool {
+
+/// The command of this name right below another; null when there is none.
+inline const CLI::App* subcommandOf(const CLI::App& app, const std::string& name) {
+    for (const CLI::App* const sub : app.get_subcommands([](const CLI::App*) { return true; })) {
+        if (sub->get_name() == name) { return sub; }
+    }
+    return nullptr;
+}
+
+} // namespace tool
