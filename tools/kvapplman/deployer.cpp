@@ -97,7 +97,8 @@ void Deployer::tellOfProcess(const GroupRecord& group, const Json& event) {
     const std::string who = device.name + ": application " + std::to_string(process.id);
     if (kind == "registering") { return; }
     if (kind == "registered") { output_.note(who + " is registered"); }
-    if (kind == "state") { output_.print(who + " is " + process.state + "\n"); }
+    const bool endFollows = process.state == "stopped";
+    if (kind == "state" && !endFollows) { output_.print(who + " is " + process.state + "\n"); }
     if (kind == "ended") { output_.print(who + " " + endOf(process) + "\n"); }
     Json told{{"device", device.name}, {"address", device.address}, {"slot", index + 1}, {"id", process.id}};
     if (kind == "state") { told["state"] = process.state; }
@@ -134,6 +135,7 @@ Json Deployer::resultOf(const GroupRecord& group, std::size_t slot, Cut cut) con
     Json result{{"device", device.name},
                 {"address", device.address},
                 {"exitCode", static_cast<int>(exitCodeOf(group, cut))},
+                {"messages", group.warnings()},
                 {"startTime", startTime ? Json(textOf(*startTime)) : Json{}},
                 {"slot", slot + 1},
                 {"file", kvapplman::toUtf8(group.deployment().slots[slot].file)},

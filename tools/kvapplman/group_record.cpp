@@ -23,6 +23,8 @@ void GroupRecord::take(const Json& event) {
         process(event).state = event.at("state");
     } else if (kind == "ended") {
         process(event).how = event.at("how");
+    } else if (kind == "warning") {
+        warnings_.insert(warnings_.end(), event.at("messages").begin(), event.at("messages").end());
     } else if (kind == "failed") {
         failure_ = failureFrom(event);
     }

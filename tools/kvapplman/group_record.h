@@ -51,6 +51,9 @@ public:
     /// Why it is not; nothing when it was interrupted.
     const std::optional<Failure>& failure() const { return failure_; }
 
+    /// What calls have reported that succeeded.
+    const Json& warnings() const { return warnings_; }
+
     /// Per target what is left there.
     std::vector<Remains> remains() const;
 
@@ -67,6 +70,7 @@ private:
     Deployment deployment_;
     std::vector<Process> processes_;         // per slot
     std::map<std::string, Before> before_{}; // by address
+    Json warnings_ = Json::array();
     JobEnd end_ = JobEnd::notBegun;
     std::optional<Failure> failure_{};
 };

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <memory>
 #include <optional>
+#include <sstream>
 #include <string>
 #include <thread>
 #include <vector>
@@ -107,7 +108,7 @@ public:
         } else {
             seen.failure = failureFrom(event);
         }
-        if (live_) { output_.draw(linesOf(table())); }
+        if (live_) { drawTable(); }
     }
 
     /// The last thing that was seen.
@@ -122,10 +123,7 @@ public:
             if (seen.failure) { result["error"] = toJson(*seen.failure); }
             output_.result(result);
         }
-        if (live_) {
-            output_.draw({});
-            output_.print(tableOf(table()));
-        }
+        if (live_) { leaveTable(); }
         return togetherOf(exitCodes);
     }
 
@@ -178,34 +176,49 @@ private:
     std::vector<std::vector<std::string>> table() const {
         std::vector<std::vector<std::string>> rows{{"DEVICE", "APPLICATION", "STATE", "GROUP OF", "INFORMATION"}};
         for (const Seen& seen : seen_) {
-            for (const Json& application : seen.applications) {
-                rows.push_back({seen.device.name, application.at("id").dump(),
-                                seen.failure ? "?" : application.at("state").get<std::string>(),
-                                application.at("groupSize").dump(), application.at("information")});
-            }
             if (seen.failure) {
                 rows.push_back({seen.device.name, "", "cannot be reached", "", seen.failure->text});
             } else if (seen.applications.empty()) {
                 rows.push_back({seen.device.name, "", seen.asked ? "no application" : "..."});
             }
+            for (const Json& application : seen.applications) {
+                rows.push_back({seen.device.name, application.at("id").dump(),
+                                seen.failure ? "?" : application.at("state").get<std::string>(),
+                                application.at("groupSize").dump(), application.at("information")});
+            }
         }
         return rows;
     }
 
-    /// As many as the terminal has place for.
     static std::vector<std::string> linesOf(const std::vector<std::vector<std::string>>& rows) {
         std::vector<std::string> lines;
         std::istringstream text{tableOf(rows)};
         for (std::string line; std::getline(text, line);) {
             lines.push_back(line);
         }
+        return lines;
+    }
+
+    /// As many lines as the terminal has place for.
+    void drawTable() const {
+        std::vector<std::string> lines = linesOf(table());
         const std::size_t most = std::max<std::size_t>(terminalHeight(Stream::error), 3) - 1;
         if (lines.size() > most) {
             const std::size_t hidden = lines.size() - most + 1;
             lines.resize(most - 1);
             lines.push_back("... and " + std::to_string(hidden) + " more");
         }
-        return lines;
+        output_.draw(std::move(lines));
+    }
+
+    /// In the place of the table that is drawn, the whole of it.
+    void leaveTable() const {
+        std::string text;
+        for (const std::string& line : linesOf(table())) {
+            text += shortened(line, terminalWidth(Stream::output)) + "\n";
+        }
+        output_.draw({});
+        output_.print(text);
     }
 
     Output& output_;
