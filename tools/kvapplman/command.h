@@ -48,10 +48,35 @@ struct CommandFamily {
 std::span<const Command> commands();
 std::span<const CommandFamily> commandFamilies();
 
-// A function per command or family of commands, each in the source of its name.
+// A function per command, each in the source of its family.
 Action bindDeploy(CLI::App& app);
-Action bindHelp(CLI::App& app);
 Action bindRun(CLI::App& app);
 Action bindWatch(CLI::App& app);
+Action bindStart(CLI::App& app);
+Action bindStop(CLI::App& app);
+Action bindTerminate(CLI::App& app);
+Action bindUnload(CLI::App& app);
+Action bindPause(CLI::App& app);
+Action bindStep(CLI::App& app);
+Action bindState(CLI::App& app);
+Action bindInfoGet(CLI::App& app);
+Action bindInfoList(CLI::App& app);
+Action bindParamGet(CLI::App& app);
+Action bindParamSet(CLI::App& app);
+Action bindApps(CLI::App& app);
+Action bindCores(CLI::App& app);
+Action bindFilesAdd(CLI::App& app);
+Action bindFilesList(CLI::App& app);
+Action bindFilesRemove(CLI::App& app);
+Action bindFlashList(CLI::App& app);
+Action bindFlashInfo(CLI::App& app);
+Action bindFlashSet(CLI::App& app);
+Action bindFlashLoad(CLI::App& app);
+Action bindFlashClear(CLI::App& app);
+Action bindPing(CLI::App& app);
+Action bindExplain(CLI::App& app);
+Action bindCompletionBash(CLI::App& app);
+Action bindManual(CLI::App& app);
+Action bindHelp(CLI::App& app);
 
 } // namespace tool

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
 #include <CLI/CLI.hpp>
 
@@ -14,5 +15,12 @@ inline const CLI::App* subcommandOf(const CLI::App& app, const std::string& name
     }
     return nullptr;
 }
+
+/// Those right below it that help shows.
+inline std::vector<const CLI::App*> shownSubcommandsOf(const CLI::App& app) {
+    return app.get_subcommands([](const CLI::App* sub) { return !sub->get_group().empty(); });
+}
+
+inline const std::vector<std::string> kHelpNames{"help"};
 
 } // namespace tool

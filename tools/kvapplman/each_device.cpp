@@ -48,46 +48,69 @@ private:
     std::thread watch_{};
 };
 
-Told askOne(Context& context, const Device& device, const Ask& ask, Messages& warnings) {
-    kvapplman::Target target{device.address, device.serialNumber};
-    target.onMessages([&](const char*, const Messages& messages) {
-        warnings.insert(warnings.end(), messages.begin(), messages.end());
-        context.output.warning(device.name, messages);
-    });
-    checkBoot(target, context.options);
-    return ask(target);
+/// A call that says again what an earlier one has said tells nothing new.
+void addNew(Messages& all, const Messages& more, Messages& added) {
+    for (const kvapplman::Message& message : more) {
+        const auto same = [&](const auto& known) { return known.code == message.code && known.text == message.text; };
+        if (std::ranges::any_of(all, same)) { continue; }
+        all.push_back(message);
+        added.push_back(message);
+    }
 }
 
-ExitCode tellOf(Context& context, const Device& device, const Ask& ask, bool several) {
-    Json entry{{"device", device.name}, {"address", device.address}};
+Told askTarget(Context& context, const Device& device, const AskTarget& ask) {
     Messages warnings;
-    ExitCode exitCode = ExitCode::done;
+    kvapplman::Target target{device.address, device.serialNumber};
+    target.onMessages([&](const char*, const Messages& messages) {
+        Messages added;
+        addNew(warnings, messages, added);
+        if (!added.empty()) { context.output.warning(device.name, added); }
+    });
+    checkBoot(target, context.options);
+    Told told = ask(target);
+    told.fields["messages"] = toJson(warnings);
+    return told;
+}
+
+/// One line stands behind the device's name, several stand below it.
+std::string textOf(const Told& told, const Device& device, bool several) {
+    if (!several || told.text.empty()) { return told.text; }
+    const bool oneLine = std::ranges::count(told.text, '\n') == 1;
+    return device.name + (oneLine ? ": " : ":\n") + told.text;
+}
+
+ExitCode tellOne(Context& context, const Device& device, const TellOfDevice& tell, bool several) {
+    Json entry{{"device", device.name}, {"address", device.address}, {"exitCode", static_cast<int>(ExitCode::done)}};
     try {
-        const Told told = askOne(context, device, ask, warnings);
+        const Told told = tell(device);
         entry.update(told.fields);
-        if (!told.text.empty()) { context.output.print((several ? device.name + ":\n" : "") + told.text); }
+        context.output.print(textOf(told, device, several));
+        context.output.result(entry);
+        return ExitCode::done;
     } catch (const std::exception& thrown) {
         const Failure failure = failureOf(thrown);
         context.output.failure(device.name, failure);
         entry["error"] = toJson(failure);
-        exitCode = failure.exitCode;
+        entry["exitCode"] = static_cast<int>(failure.exitCode);
+        context.output.result(entry);
+        return failure.exitCode;
     }
-    entry["exitCode"] = static_cast<int>(exitCode);
-    entry["messages"] = toJson(warnings);
-    context.output.result(entry);
-    return exitCode;
 }
 
 } // namespace
 
-ExitCode askEachDevice(Context& context, const Ask& ask) {
+ExitCode tellEachDevice(Context& context, const TellOfDevice& tell) {
     const Deadline deadline{context};
     const std::vector<Device> devices = devicesOf(context.options, context.configuration);
     std::vector<ExitCode> each;
     for (const Device& device : devices) {
-        each.push_back(tellOf(context, device, ask, devices.size() > 1));
+        each.push_back(tellOne(context, device, tell, devices.size() > 1));
     }
     return togetherOf(each);
+}
+
+ExitCode askEachDevice(Context& context, const AskTarget& ask) {
+    return tellEachDevice(context, [&](const Device& device) { return askTarget(context, device, ask); });
 }
 
 ExitCode togetherOf(const std::vector<ExitCode>& each) {

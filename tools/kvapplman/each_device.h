@@ -15,11 +15,15 @@ struct Told {
     std::string text{}; ///< whole lines; may be empty
 };
 
-using Ask = std::function<Told(const kvapplman::Target& target)>;
+using TellOfDevice = std::function<Told(const Device& device)>;
+using AskTarget = std::function<Told(const kvapplman::Target& target)>;
 
-/// Asks each device and prints what it tells, under its name when there are several. Ends the program when the time of the
-/// command is over.
-ExitCode askEachDevice(Context& context, const Ask& ask);
+/// Prints what is told of each device, under its name when there are several. A device of which an exception is told does
+/// not hold up the next. Ends the program when the time of the command is over.
+ExitCode tellEachDevice(Context& context, const TellOfDevice& tell);
+
+/// The same for those that ask the target. Prints what calls report that succeed.
+ExitCode askEachDevice(Context& context, const AskTarget& ask);
 
 /// The exit code of a command that has ended like this for its devices.
 ExitCode togetherOf(const std::vector<ExitCode>& each);

@@ -4,6 +4,9 @@
 #include <cstdio>
 #include <filesystem>
 #include <optional>
+#include <string_view>
+
+#include "explanations.h"
 
 namespace tool {
 namespace {
@@ -107,28 +110,26 @@ std::string textOf(const kvapplman::Error& error) {
     return error.function() + " failed with status " + std::to_string(error.status()) + ".";
 }
 
-struct Name {
-    std::int64_t number;
-    const char* name;
-};
-
-#define CONSTANT(constant, camelCase, kCamelCase) {std::int64_t{constant}, #constant},
-constexpr Name kStatuses[] = {
-#include <public_constants/APPLMAN_STATUS.h>
-};
-constexpr Name kMessages[] = {
-#include <public_constants/APPLMAN_MSG.h>
-#include <public_constants/PLATFORM_MSG.h>
-};
-#undef CONSTANT
-
-template <class Names>
-std::string nameIn(const Names& names, std::int64_t number) {
-    for (const Name& row : names) {
-        if (row.number == number) { return row.name; }
+std::string nameOf(std::string_view kind, std::uint32_t code) {
+    for (const Explanation& known : explanations()) {
+        if (known.code == code && known.kind == kind) { return known.name; }
     }
     return {};
 }
+
+constexpr ExitCodeRow kExitCodes[] = {
+    {done, "done"},
+    {other, "failed in another way than those below; of run: a program has ended with an error"},
+    {usage, "the command line or the configuration makes no sense"},
+    {unreachable, "a target cannot be reached, or the connection was lost"},
+    {refused, "a target has refused, or does not offer it"},
+    {timedOut, "a target has not answered in time, or the time of --timeout is over"},
+    {hostFile, "a file of this computer is missing or cannot be used"},
+    {garbage, "what a target has answered makes no sense"},
+    {partly, "done for some devices, and not for others"},
+    {interrupted, "interrupted, and cleaned up"},
+    {leftBehind, "interrupted, and not cleaned up"},
+};
 
 } // namespace
 
@@ -152,9 +153,11 @@ Failure failureOf(const std::exception& thrown) {
     return {ofFiles ? hostFile : other, thrown.what()};
 }
 
-std::string statusName(std::int32_t status) { return nameIn(kStatuses, status); }
+std::span<const ExitCodeRow> exitCodes() { return kExitCodes; }
 
-std::string messageName(std::uint32_t code) { return nameIn(kMessages, code); }
+std::string statusName(std::int32_t status) { return nameOf("status", static_cast<std::uint32_t>(status)); }
+
+std::string messageName(std::uint32_t code) { return nameOf("message", code); }
 
 std::string hexadecimal(std::uint32_t number) {
     std::array<char, 16> text{};

@@ -3,6 +3,7 @@
 
 #include <cstdint>
 #include <exception>
+#include <span>
 #include <string>
 #include <utility>
 
@@ -27,6 +28,14 @@ enum class ExitCode : int {
     interrupted = 130,
     leftBehind = 131, // interrupted, and not cleaned up
 };
+
+struct ExitCodeRow {
+    ExitCode code;
+    const char* meaning;
+};
+
+/// Every exit code and what it means, for those who tell about it.
+std::span<const ExitCodeRow> exitCodes();
 
 /// Why something was not done.
 struct Failure {
@@ -58,7 +67,7 @@ Failure failureOf(const std::exception& thrown);
 /// The name of a status, KV_APPLMAN_STATUS_…; empty when it has none.
 std::string statusName(std::int32_t status);
 
-/// The name of a message, KV_APPLMAN_MSG_… or KV_PLATFORM_MSG_…; empty when it has none.
+/// The name of a message, KV_APPLMAN_MSG_…, KV_PLATFORM_MSG_… or TARGET_…; empty when it has none.
 std::string messageName(std::uint32_t code);
 
 /// "0x1250000a"

@@ -30,15 +30,6 @@ std::size_t widthOf(const std::string& text) {
     return text.size() - static_cast<std::size_t>(std::ranges::count_if(text, continuesCharacter));
 }
 
-std::string shortened(const std::string& text, std::size_t width) {
-    std::size_t end = 0;
-    for (std::size_t columns = 0; end < text.size(); ++end) {
-        if (continuesCharacter(text[end])) { continue; }
-        if (columns++ == width) { break; }
-    }
-    return text.substr(0, end);
-}
-
 } // namespace
 
 Output::Output(const CommonOptions& options) : terminal_(isTerminal(Stream::error)) {
@@ -82,6 +73,7 @@ void Output::note(const std::string& text) {
 }
 
 void Output::warning(const std::string& where, const kvapplman::Messages& messages) {
+    event("warning", {{"where", where}, {"messages", toJson(messages)}});
     const std::lock_guard lock{mutex_};
     if (quiet_) { return; }
     std::string text;
@@ -173,6 +165,15 @@ void Output::redraw() {
         all += shortened(text, width - 1) + "\n";
     }
     write(stderr, all);
+}
+
+std::string shortened(const std::string& text, std::size_t width) {
+    std::size_t end = 0;
+    for (std::size_t columns = 0; end < text.size(); ++end) {
+        if (continuesCharacter(text[end])) { continue; }
+        if (columns++ == width) { break; }
+    }
+    return text.substr(0, end);
 }
 
 std::string tableOf(const std::vector<std::vector<std::string>>& rows) {

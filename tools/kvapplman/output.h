@@ -39,7 +39,7 @@ public:
 
     /// Tells something on standard error, unless the user wants quiet.
     void note(const std::string& text);
-    /// Tells what a call that succeeded has reported.
+    /// Tells what a call that succeeded has reported; in the form of JSON lines as an event, too.
     void warning(const std::string& where, const kvapplman::Messages& messages);
     /// Tells why something was not done, innermost first. `where` is a device, or empty.
     void failure(const std::string& where, const Failure& failure);
@@ -68,6 +68,9 @@ private:
     Json results_ = Json::array();
     std::vector<std::string> drawn_{};
 };
+
+/// As much of a text as so many columns take.
+std::string shortened(const std::string& text, std::size_t width);
 
 /// Rows of equal columns; the first row is the heading.
 std::string tableOf(const std::vector<std::vector<std::string>>& rows);

@@ -42,7 +42,8 @@ std::optional<kvapplman::Time> timeFrom(const std::string& text) {
     const int read =
         std::sscanf(text.c_str(), "%4d-%2u-%2uT%2u:%2u:%2uZ%n", &year, &month, &day, &hour, &minute, &second, &used);
     const std::chrono::year_month_day date{std::chrono::year{year}, std::chrono::month{month}, std::chrono::day{day}};
-    if (read != 6 || static_cast<std::size_t>(used) != text.size() || !date.ok()) { return {}; }
+    const bool whole = read == 6 && static_cast<std::size_t>(used) == text.size();
+    if (!whole || !date.ok() || hour > 23 || minute > 59 || second > 59) { return {}; }
     const kvapplman::Time midnight = sys_days{date};
     return midnight + std::chrono::hours{hour} + std::chrono::minutes{minute} + std::chrono::seconds{second};
 }
