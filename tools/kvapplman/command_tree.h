@@ -1,0 +1,26 @@
+// Looking around in the tree of commands.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include <CLI/CLI.hpp>
+
+namespace tool {
+
+/// The command of this name right below another; null when there is none.
+inline const CLI::App* subcommandOf(const CLI::App& app, const std::string& name) {
+    for (const CLI::App* const sub : app.get_subcommands([](const CLI::App*) { return true; })) {
+        if (sub->get_name() == name) { return sub; }
+    }
+    return nullptr;
+}
+
+/// Those right below it that help shows.
+inline std::vector<const CLI::App*> shownSubcommandsOf(const CLI::App& app) {
+    return app.get_subcommands([](const CLI::App* sub) { return !sub->get_group().empty(); });
+}
+
+inline const std::vector<std::string> kHelpNames{"help"};
+
+} // namespace tool
