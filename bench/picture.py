@@ -6,10 +6,9 @@ from report import number
 
 SHOWN = {1: ["p50_us"], 3: ["calls_per_s"], 7: ["encode_gb_s", "encode_fresh_gb_s", "decode_gb_s"], 10: ["mb_s"],
          11: ["files_per_s"]}
-NAMES = {"project": "project", "plain": "plain", "bare": "plain, neither staged nor synchronised", "tirpc": "libtirpc",
-         "grpc": "gRPC"}
-COLOURS = {"project": "#1f6fb4", "plain": "#4a4a4a", "bare": "#a6a6a6", "tirpc": "#c8791b", "grpc": "#3b8f4f"}
-WIDTH, LABELS, VALUES = 860, 210, 90   # of the picture; left of the bars; right of them
+NAMES = {"project": "project", "plain": "plain", "tirpc": "libtirpc", "grpc": "gRPC"}
+COLOURS = {"project": "#1f6fb4", "plain": "#4a4a4a", "tirpc": "#c8791b", "grpc": "#3b8f4f"}
+WIDTH, LABELS, VALUES = 860, 270, 90   # of the picture; left of the bars; right of them
 BAR, GAP, PANEL = 14, 8, 34            # heights: of a bar, between groups, above a panel
 
 

@@ -46,7 +46,7 @@ def lines(results):
                     cells[name] = value_text(each, measure), "" if ratio is None else f"{ratio:.2f}"
                 bare = cells.pop("bare", ("", ""))
                 yield row, f"{where}{measure.text}{unit} {'↑' if measure.more else '↓'}", cells
-                if bare[1]:
+                if bare[1] and measure is row.measures[0]:
                     yield row, f"{where}the same, against {row.bare}", {"project": cells["project"], "plain": bare}
 
 
