@@ -6,8 +6,8 @@
 //   xid, and wakes that one if it sleeps. A record that nobody waits for any more is dropped.
 // - Whoever stops reading appoints: it wakes one sleeping follower, which finds that nobody reads. Each of the three ways
 //   above ends with `appointReader`; without it the followers would sleep until their deadlines. One that is awake looks.
-// - The reader belongs to whoever set `reading_`, the sending half of the socket to whoever holds `sending_`; the lock
-//   guards all the rest. It is never held while the socket is waited for, and no other lock is taken under it.
+// - The reader belongs to whoever set `reading_`, the sending half of the socket to whoever set `writing_`; the lock guards
+//   all the rest. It is never held while the socket is waited for, and no other lock is taken under it.
 // - The first failure stays, and wakes everybody. std::bad_alloc comes out of `send` only, before a byte is sent; a reply
 //   for which there is no memory breaks the connection, since the stream has then lost its place.
 #include "rpc_client/rpc_connection.h"
@@ -32,22 +32,25 @@ const int turnsShared = std::thread::hardware_concurrency() > 1 ? 16 : 0;
 
 bool isOver(Deadline deadline) noexcept { return Clock::now() >= deadline; }
 
-/// Of the reader. `reading` is changed under the lock, which is held again afterwards.
+/// Makes a flag true for as long as it lives. The flag is changed under the lock, which is held again afterwards.
 class Turn {
 public:
-    Turn(std::unique_lock<std::mutex>& lock, std::atomic<bool>& reading) noexcept : lock_(lock), reading_(reading) {
-        reading_ = true;
+    Turn(std::unique_lock<std::mutex>& lock, std::atomic<bool>& flag, std::condition_variable* next = nullptr) noexcept
+        : lock_(lock), flag_(flag), next_(next) {
+        flag_ = true;
     }
     ~Turn() {
         if (!lock_.owns_lock()) { lock_.lock(); }
-        reading_ = false;
+        flag_ = false;
+        if (next_ != nullptr) { next_->notify_one(); }
     }
     Turn(const Turn&) = delete;
     Turn& operator=(const Turn&) = delete;
 
 private:
     std::unique_lock<std::mutex>& lock_;
-    std::atomic<bool>& reading_;
+    std::atomic<bool>& flag_;
+    std::condition_variable* next_;
 };
 
 } // namespace
@@ -71,19 +74,23 @@ bool Connection::usable(Deadline deadline) {
 }
 
 Connection::Sent Connection::send(Call& call, std::span<std::uint8_t> record, Deadline deadline) {
+    Lock lock{mutex_};
+    const bool mayWrite = mayWrite_.wait_until(lock, deadline, [this] { return !writing_ || failure_; });
+    if (failure_) { return {failure_}; }
+    if (!mayWrite) { return {{Failure::Kind::callTimedOut}}; }
+
     std::size_t sent = 0;
-    const std::unique_lock turn{sending_, deadline};
+    Io outcome = Io::failed;
     {
-        const Lock lock{mutex_};
-        if (failure_) { return {failure_}; }
-        if (!turn) { return {{Failure::Kind::callTimedOut}}; }
+        const Turn turn{lock, writing_, &mayWrite_};
         enroll(call);
+        setXid(record, call.xid_);
+        lock.unlock();
+        outcome = write(record, deadline, sent);
     }
-    setXid(record, call.xid_);
-    const Io outcome = write(record, deadline, sent);
     if (outcome == Io::done) { return {{}, true}; }
     const auto kind = outcome == Io::timedOut ? Failure::Kind::callTimedOut : Failure::Kind::lost;
-    if (sent > 0 || outcome != Io::timedOut) { drop(); }
+    if (sent > 0 || outcome != Io::timedOut) { fail(Failure::Kind::lost); }
     return {{kind}, sent > 0};
 }
 
@@ -222,6 +229,7 @@ void Connection::fail(Failure::Kind kind) noexcept {
     for (Call* const call : pending_) {
         call->woken_.notify_one();
     }
+    mayWrite_.notify_all();
 }
 
 } // namespace kvrpc

@@ -82,13 +82,14 @@ private:
     void fail(Failure::Kind kind) noexcept;
 
     const Socket socket_;
-    std::timed_mutex sending_{}; // held by whoever writes
-    std::mutex mutex_{};         // guards what follows, but for the reader, which belongs to whoever set `reading_`
+    std::mutex mutex_{}; // guards what follows, but for the reader, which belongs to whoever set `reading_`
     Failure failure_{};
     std::vector<Call*> pending_{}; // in the order in which they were sent
     std::uint32_t nextXid_;
     int sharedFor_ = 0; // so many turns of reading are expected to serve several threads
     std::atomic<bool> reading_{false};
+    std::atomic<bool> writing_{false};
+    std::condition_variable mayWrite_{};
     RecordReader reader_;
     SpareBuffers spare_{}; // for replies
 };
