@@ -23,7 +23,7 @@ namespace {
 constexpr std::uint32_t kFirstXid = 0xFFFFFFF0U; // so that the counter's wrap is nothing rare
 constexpr Deadline::duration kWriteSlice = std::chrono::milliseconds{50};
 
-/// How often others are let run before a thread sleeps for a reply that somebody reads. With one processor that would only
+/// How often others are let run before a thread sleeps for what somebody else is about to do. With one processor that would only
 /// bring the target on after every single request; those who sleep are served many at once there.
 const int turnsAwake = std::thread::hardware_concurrency() > 1 ? 4 : 0;
 
@@ -31,6 +31,14 @@ const int turnsAwake = std::thread::hardware_concurrency() > 1 ? 4 : 0;
 const int turnsShared = std::thread::hardware_concurrency() > 1 ? 16 : 0;
 
 bool isOver(Deadline deadline) noexcept { return Clock::now() >= deadline; }
+
+/// Nobody has to be woken for what ends meanwhile.
+template <class Lasts>
+void stayAwakeWhile(Lasts lasts) noexcept {
+    for (int turns = 0; turns < turnsAwake && lasts(); ++turns) {
+        std::this_thread::yield();
+    }
+}
 
 /// Makes a flag true for as long as it lives. The flag is changed under the lock, which is held again afterwards.
 class Turn {
@@ -74,6 +82,7 @@ bool Connection::usable(Deadline deadline) {
 }
 
 Connection::Sent Connection::send(Call& call, std::span<std::uint8_t> record, Deadline deadline) {
+    stayAwakeWhile([this] { return writing_.load(); });
     Lock lock{mutex_};
     const bool mayWrite = mayWrite_.wait_until(lock, deadline, [this] { return !writing_ || failure_; });
     if (failure_) { return {failure_}; }
@@ -142,7 +151,7 @@ void Connection::waitToWrite(Deadline deadline) {
 }
 
 Failure Connection::wait(Call& call, Deadline deadline) {
-    stayAwake(call);
+    stayAwakeWhile([&] { return reading_ && !call.answered_; });
     if (call.answered_) { return {}; }
     Lock lock{mutex_};
     while (!call.answered_ && !failure_) {
@@ -159,13 +168,6 @@ Failure Connection::wait(Call& call, Deadline deadline) {
     if (call.answered_) { return {}; }
     if (failure_) { return failure_; }
     return {Failure::Kind::callTimedOut};
-}
-
-/// Lets others run while somebody reads: a reply that comes soon then needs nobody to be woken.
-void Connection::stayAwake(const Call& call) const noexcept {
-    for (int turns = 0; turns < turnsAwake && reading_ && !call.answered_; ++turns) {
-        std::this_thread::yield();
-    }
 }
 
 /// With nobody reading. Waits for a record with the lock released, then delivers it and what came along with it.

@@ -75,7 +75,6 @@ private:
     void forget(Call& call) noexcept;
     Io write(ByteSpan record, Deadline deadline, std::size_t& sent);
     void waitToWrite(Deadline deadline);
-    void stayAwake(const Call& call) const noexcept;
     void takeRecords(Lock& lock, Deadline deadline);
     void deliver(Bytes& record) noexcept;
     void appointReader() noexcept;
