@@ -45,7 +45,8 @@ TEST(Ends, TheInnermostMessageThatSaysItDecides) {
 }
 
 TEST(Ends, AFailureIsTheSameAfterItsWayThroughJson) {
-    const kvapplman::Error error{"KvApplMan_startAppl", KV_APPLMAN_STATUS_START, reported({kProgramEnded, kNotAllowed})};
+    const kvapplman::Error error{"KvApplMan_startAppl", KV_APPLMAN_STATUS_START,
+                                 reported({kProgramEnded, kNotAllowed})};
     const tool::Failure before = tool::failureOf(error);
     const tool::Failure after = tool::failureFrom(tool::Json::parse(tool::toJson(before).dump()));
     EXPECT_EQ(before.text, "text of 346030081"); // that a program has ended says nothing about the call
