@@ -19,6 +19,44 @@ namespace {
 
 constexpr const char* kCommonGroup = "Options of all commands";
 
+/// Help as it is written by hand: the whole name of a command, its arguments, and no word in capital letters but theirs.
+class HelpFormatter : public CLI::Formatter {
+public:
+    HelpFormatter() {
+        column_width(kColumn);
+        label("Positionals", "Arguments");
+        label("SUBCOMMAND", "COMMAND");
+        label("Subcommands", "Commands");
+    }
+
+    std::string make_usage(const CLI::App* app, std::string) const override {
+        std::string text = "\nUsage: " + pathOf(*app);
+        for (const CLI::Option* const option : app->get_options()) {
+            if (option->get_positional()) { text += " " + make_option_usage(option); }
+        }
+        const bool before = app->get_require_subcommand_max() > 0;
+        return text + (before ? " COMMAND" : "") + " [OPTION...]\n";
+    }
+
+    std::string make_option_opts(const CLI::Option* option) const override {
+        const std::string value = option->get_expected_max() == 0 ? "" : option->get_type_name();
+        return value.empty() ? "" : " " + value;
+    }
+
+    std::string make_option_desc(const CLI::Option* option) const override {
+        const std::string usual = option->get_default_str();
+        return option->get_description() + (usual.empty() ? "" : " (" + usual + ")");
+    }
+
+private:
+    static constexpr std::size_t kColumn = 26;
+
+    static std::string pathOf(const CLI::App& app) {
+        const CLI::App* const parent = app.get_parent();
+        return (parent == nullptr ? "" : pathOf(*parent) + " ") + app.get_name();
+    }
+};
+
 struct CommandLine {
     CommonOptions options{};
     std::vector<std::string> programArguments{};
@@ -88,6 +126,7 @@ CLI::App* addCommand(CLI::App& root, const Command& command) {
     CLI::App* const parent = space == std::string::npos ? &root : familyOf(root, name.substr(0, space));
     CLI::App* const app = parent->add_subcommand(name.substr(space + 1), command.help);
     app->footer(command.details);
+    app->get_help_ptr()->group(""); // it would be the only option of many
     return app;
 }
 
@@ -106,7 +145,7 @@ void addCommands(CLI::App& root, CommandLine& line) {
 void splitProgramArguments(std::vector<std::string>& words, CommandLine& line) {
     const auto dashes = std::ranges::find(words, "--");
     const auto takes = [&](const Command& command) {
-        return command.takesProgramArguments && std::find(words.begin(), dashes, command.name) != dashes;
+        return command.needs == Needs::program && std::find(words.begin(), dashes, command.name) != dashes;
     };
     if (dashes == words.end() || std::ranges::none_of(commands(), takes)) { return; }
     line.programArguments.assign(std::next(dashes), words.end());
@@ -129,7 +168,8 @@ ExitCode run(const CLI::App& root, const CommandLine& line, Output& output) {
     output.setOptions(line.options);
     output.setCommand(line.command->name);
     try {
-        Context context{line.options, output, root, line.programArguments, readConfiguration(line.options)};
+        Context context{line.options, output, root, line.programArguments};
+        if (line.command->needs != Needs::nothing) { context.configuration = readConfiguration(line.options); }
         const ExitCode exitCode = line.action(context);
         output.end(exitCode);
         return exitCode;
@@ -146,6 +186,8 @@ int runCommandLine(std::vector<std::string> words) {
     CLI::App root{"Brings real-time applications onto targets and controls them there.", "kvapplman"};
     root.allow_windows_style_options(false);
     root.fallthrough();
+    root.formatter(std::make_shared<HelpFormatter>());
+    root.footer("kvapplman help COMMAND tells how a command is used.");
     root.require_subcommand(1);
     root.set_version_flag("--version", "kvapplman " KVAPPLMAN_VERSION, "show the version")->group(kCommonGroup);
     addCommonOptions(root, line.options);
