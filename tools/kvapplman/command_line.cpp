@@ -18,6 +18,7 @@ namespace tool {
 namespace {
 
 constexpr const char* kCommonGroup = "Options of all commands";
+constexpr const char* kCommandGroup = "Commands";
 
 /// Help as it is written by hand: the whole name of a command, its arguments, and no word in capital letters but theirs.
 class HelpFormatter : public CLI::Formatter {
@@ -25,8 +26,6 @@ public:
     HelpFormatter() {
         column_width(kColumn);
         label("Positionals", "Arguments");
-        label("SUBCOMMAND", "COMMAND");
-        label("Subcommands", "Commands");
     }
 
     std::string make_usage(const CLI::App* app, std::string) const override {
@@ -34,12 +33,11 @@ public:
         for (const CLI::Option* const option : app->get_options()) {
             if (option->get_positional()) { text += " " + make_option_usage(option); }
         }
-        const bool before = app->get_require_subcommand_max() > 0;
-        return text + (before ? " COMMAND" : "") + " [OPTION...]\n";
+        return text + (shownSubcommandsOf(*app).empty() ? "" : " COMMAND") + " [OPTION...]\n";
     }
 
     std::string make_option_opts(const CLI::Option* option) const override {
-        const std::string value = option->get_expected_max() == 0 ? "" : option->get_type_name();
+        const std::string value = valueNameOf(*option);
         return value.empty() ? "" : " " + value;
     }
 
@@ -108,7 +106,7 @@ void addCommonOptions(CLI::App& app, CommonOptions& options) {
            "refuse application IDs from before a restart: start time of the target when they were given")
         ->type_name("TIME")
         ->group(kCommonGroup);
-    app.set_help_flag("-h,--help", "show how it is used")->group(kCommonGroup);
+    app.set_help_flag("-h,--help", "show how it is used"); // commands have it from here
 }
 
 CLI::App* familyOf(CLI::App& root, const std::string& name) {
@@ -117,6 +115,7 @@ CLI::App* familyOf(CLI::App& root, const std::string& name) {
     const auto family = std::ranges::find(families, name, &CommandFamily::name);
     CLI::App* const app = root.add_subcommand(name, family == families.end() ? "" : family->help);
     app->require_subcommand(1);
+    app->group(kCommandGroup);
     return app;
 }
 
@@ -125,8 +124,8 @@ CLI::App* addCommand(CLI::App& root, const Command& command) {
     const std::size_t space = name.find(' ');
     CLI::App* const parent = space == std::string::npos ? &root : familyOf(root, name.substr(0, space));
     CLI::App* const app = parent->add_subcommand(name.substr(space + 1), command.help);
+    app->group(kCommandGroup);
     app->footer(command.details);
-    app->get_help_ptr()->group(""); // it would be the only option of many
     return app;
 }
 
@@ -150,6 +149,12 @@ void splitProgramArguments(std::vector<std::string>& words, CommandLine& line) {
     if (dashes == words.end() || std::ranges::none_of(commands(), takes)) { return; }
     line.programArguments.assign(std::next(dashes), words.end());
     words.erase(dashes, words.end());
+}
+
+/// " start", as far as commands were understood.
+std::string understood(const CLI::App& app) {
+    const auto parsed = app.get_subcommands();
+    return parsed.empty() ? "" : " " + parsed.front()->get_name() + understood(*parsed.front());
 }
 
 /// For a command line that cannot be understood.
@@ -199,7 +204,8 @@ int runCommandLine(std::vector<std::string> words) {
         root.parse(std::move(words));
     } catch (const CLI::ParseError& fault) {
         if (fault.get_exit_code() == 0) { return root.exit(fault); } // help, or the version
-        return static_cast<int>(fail(output, {ExitCode::usage, std::string{fault.what()} + ". Try kvapplman help."}));
+        return static_cast<int>(fail(
+            output, {ExitCode::usage, std::string{fault.what()} + ". Try kvapplman help" + understood(root) + "."}));
     }
     return static_cast<int>(run(root, line, output));
 }

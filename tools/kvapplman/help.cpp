@@ -31,7 +31,7 @@ Action bindHelp(CLI::App& app) {
     return [words](Context& context) {
         const CLI::App& app = commandOf(context.root, *words);
         std::fputs(app.help().c_str(), stdout);
-        if (!words->empty()) { std::puts("\nOptions of all commands: kvapplman help"); }
+        if (!words->empty()) { std::puts("Options of all commands: kvapplman help"); }
         return ExitCode::done;
     };
 }
