@@ -16,21 +16,12 @@ using kvapplman::ListedApplication;
 
 constexpr const char* kManagerName = "manager";
 
-std::vector<ListedApplication> called(const kvapplman::Target& target, const std::string& name) {
-    try {
-        return target.applications(name);
-    } catch (const kvapplman::Error& error) {
-        if (error.has(KV_APPLMAN_MSG_APPLICATION_NOT_LOADED)) { return {}; }
-        throw;
-    }
-}
-
 /// The target compares names without their last extension.
 std::vector<ListedApplication> candidatesFor(const kvapplman::Target& target, const std::string& name) {
-    std::vector<ListedApplication> found = called(target, name);
+    std::vector<ListedApplication> found = target.applications(name);
     const std::size_t dot = name.rfind('.');
     if (!found.empty() || dot == std::string::npos || dot == 0) { return found; }
-    found = called(target, name.substr(0, dot));
+    found = target.applications(name.substr(0, dot));
     std::erase_if(found, [&](const ListedApplication& candidate) {
         return target.application(candidate.id).info<Item::fileName>() != name;
     });

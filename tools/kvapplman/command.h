@@ -1,6 +1,7 @@
 // What a command is: a row of the table of commands, and what it gets to do its work.
 #pragma once
 
+#include <cstdint>
 #include <functional>
 #include <span>
 #include <string>
@@ -31,12 +32,19 @@ using Action = std::function<ExitCode(Context&)>;
 /// Adds a command's own options and arguments; what it returns is called after they have their values.
 using Bind = Action (*)(CLI::App& app);
 
+/// What a command is given.
+enum class Needs : std::uint8_t {
+    devices, ///< those of the options, of the environment or of the configuration, which is read for it
+    program, ///< devices, and what stands behind "--"
+    nothing,
+};
+
 struct Command {
     const char* name; ///< "info get": two words are a command of a family
     const char* help; ///< one sentence
     Bind bind;
-    const char* details = "";           ///< what else help and the manual page tell
-    bool takesProgramArguments = false; ///< behind "--"
+    const char* details = ""; ///< what else help and the manual page tell
+    Needs needs = Needs::devices;
 };
 
 /// A word that only stands before others.

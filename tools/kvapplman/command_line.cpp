@@ -18,6 +18,42 @@ namespace tool {
 namespace {
 
 constexpr const char* kCommonGroup = "Options of all commands";
+constexpr const char* kCommandGroup = "Commands";
+
+/// Help as it is written by hand: the whole name of a command, its arguments, and no word in capital letters but theirs.
+class HelpFormatter : public CLI::Formatter {
+public:
+    HelpFormatter() {
+        column_width(kColumn);
+        label("Positionals", "Arguments");
+    }
+
+    std::string make_usage(const CLI::App* app, std::string) const override {
+        std::string text = "\nUsage: " + pathOf(*app);
+        for (const CLI::Option* const option : app->get_options()) {
+            if (option->get_positional()) { text += " " + make_option_usage(option); }
+        }
+        return text + (shownSubcommandsOf(*app).empty() ? "" : " COMMAND") + " [OPTION...]\n";
+    }
+
+    std::string make_option_opts(const CLI::Option* option) const override {
+        const std::string value = valueNameOf(*option);
+        return value.empty() ? "" : " " + value;
+    }
+
+    std::string make_option_desc(const CLI::Option* option) const override {
+        const std::string usual = option->get_default_str();
+        return option->get_description() + (usual.empty() ? "" : " (" + usual + ")");
+    }
+
+private:
+    static constexpr std::size_t kColumn = 26;
+
+    static std::string pathOf(const CLI::App& app) {
+        const CLI::App* const parent = app.get_parent();
+        return (parent == nullptr ? "" : pathOf(*parent) + " ") + app.get_name();
+    }
+};
 
 struct CommandLine {
     CommonOptions options{};
@@ -70,7 +106,7 @@ void addCommonOptions(CLI::App& app, CommonOptions& options) {
            "refuse application IDs from before a restart: start time of the target when they were given")
         ->type_name("TIME")
         ->group(kCommonGroup);
-    app.set_help_flag("-h,--help", "show how it is used")->group(kCommonGroup);
+    app.set_help_flag("-h,--help", "show how it is used"); // commands have it from here
 }
 
 CLI::App* familyOf(CLI::App& root, const std::string& name) {
@@ -79,6 +115,7 @@ CLI::App* familyOf(CLI::App& root, const std::string& name) {
     const auto family = std::ranges::find(families, name, &CommandFamily::name);
     CLI::App* const app = root.add_subcommand(name, family == families.end() ? "" : family->help);
     app->require_subcommand(1);
+    app->group(kCommandGroup);
     return app;
 }
 
@@ -87,6 +124,7 @@ CLI::App* addCommand(CLI::App& root, const Command& command) {
     const std::size_t space = name.find(' ');
     CLI::App* const parent = space == std::string::npos ? &root : familyOf(root, name.substr(0, space));
     CLI::App* const app = parent->add_subcommand(name.substr(space + 1), command.help);
+    app->group(kCommandGroup);
     app->footer(command.details);
     return app;
 }
@@ -106,11 +144,17 @@ void addCommands(CLI::App& root, CommandLine& line) {
 void splitProgramArguments(std::vector<std::string>& words, CommandLine& line) {
     const auto dashes = std::ranges::find(words, "--");
     const auto takes = [&](const Command& command) {
-        return command.takesProgramArguments && std::find(words.begin(), dashes, command.name) != dashes;
+        return command.needs == Needs::program && std::find(words.begin(), dashes, command.name) != dashes;
     };
     if (dashes == words.end() || std::ranges::none_of(commands(), takes)) { return; }
     line.programArguments.assign(std::next(dashes), words.end());
     words.erase(dashes, words.end());
+}
+
+/// " start", as far as commands were understood.
+std::string understood(const CLI::App& app) {
+    const auto parsed = app.get_subcommands();
+    return parsed.empty() ? "" : " " + parsed.front()->get_name() + understood(*parsed.front());
 }
 
 /// For a command line that cannot be understood.
@@ -129,7 +173,8 @@ ExitCode run(const CLI::App& root, const CommandLine& line, Output& output) {
     output.setOptions(line.options);
     output.setCommand(line.command->name);
     try {
-        Context context{line.options, output, root, line.programArguments, readConfiguration(line.options)};
+        Context context{line.options, output, root, line.programArguments};
+        if (line.command->needs != Needs::nothing) { context.configuration = readConfiguration(line.options); }
         const ExitCode exitCode = line.action(context);
         output.end(exitCode);
         return exitCode;
@@ -146,6 +191,8 @@ int runCommandLine(std::vector<std::string> words) {
     CLI::App root{"Brings real-time applications onto targets and controls them there.", "kvapplman"};
     root.allow_windows_style_options(false);
     root.fallthrough();
+    root.formatter(std::make_shared<HelpFormatter>());
+    root.footer("kvapplman help COMMAND tells how a command is used.");
     root.require_subcommand(1);
     root.set_version_flag("--version", "kvapplman " KVAPPLMAN_VERSION, "show the version")->group(kCommonGroup);
     addCommonOptions(root, line.options);
@@ -157,7 +204,8 @@ int runCommandLine(std::vector<std::string> words) {
         root.parse(std::move(words));
     } catch (const CLI::ParseError& fault) {
         if (fault.get_exit_code() == 0) { return root.exit(fault); } // help, or the version
-        return static_cast<int>(fail(output, {ExitCode::usage, std::string{fault.what()} + ". Try kvapplman help."}));
+        return static_cast<int>(fail(
+            output, {ExitCode::usage, std::string{fault.what()} + ". Try kvapplman help" + understood(root) + "."}));
     }
     return static_cast<int>(run(root, line, output));
 }

@@ -5,17 +5,17 @@ namespace tool {
 namespace {
 
 constexpr CommandFamily kFamilies[] = {
-    {"info", "Information items of applications and of the application manager"},
-    {"param", "Parameters of applications and of the application manager"},
-    {"files", "Additional files of applications"},
-    {"flash", "Applications in flash memory"},
-    {"completion", "Completion of commands for shells"},
+    {"info", "get, list: information items of applications and of the application manager."},
+    {"param", "get, set: parameters of applications and of the application manager."},
+    {"files", "add, list, remove: additional files of applications."},
+    {"flash", "list, info, set, load, clear: applications in flash memory."},
+    {"completion", "bash: a script by which the shell completes commands."},
 };
 
 constexpr Command kCommands[] = {
     {"run", "Runs programs: deploys and starts them, tells how they end, and takes them away again.", bindRun, "",
-     true},
-    {"deploy", "Brings programs onto devices and leaves them there.", bindDeploy, "", true},
+     Needs::program},
+    {"deploy", "Brings programs onto devices and leaves them there.", bindDeploy, "", Needs::program},
     {"start", "Starts a loaded application, or lets a paused one go on.", bindStart},
     {"stop", "Stops an application; it may be started again.", bindStop},
     {"terminate", "Ends an application at once; it has to be loaded again.", bindTerminate},
@@ -39,10 +39,10 @@ constexpr Command kCommands[] = {
     {"flash clear", "Removes an application from flash memory.", bindFlashClear},
     {"watch", "Shows all applications of all devices, as they change.", bindWatch},
     {"ping", "Measures how long a device takes to connect and to answer a call.", bindPing},
-    {"explain", "Explains a message or a status.", bindExplain},
-    {"completion bash", "Prints a script by which bash completes commands.", bindCompletionBash},
-    {"manual", "Prints the manual page, as roff.", bindManual},
-    {"help", "Shows how a command is used.", bindHelp},
+    {"explain", "Explains a message or a status.", bindExplain, "", Needs::nothing},
+    {"completion bash", "Prints a script by which bash completes commands.", bindCompletionBash, "", Needs::nothing},
+    {"manual", "Prints the manual page, as roff.", bindManual, "", Needs::nothing},
+    {"help", "Shows how a command is used.", bindHelp, "", Needs::nothing},
 };
 
 } // namespace

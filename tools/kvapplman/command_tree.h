@@ -21,6 +21,11 @@ inline std::vector<const CLI::App*> shownSubcommandsOf(const CLI::App& app) {
     return app.get_subcommands([](const CLI::App* sub) { return !sub->get_group().empty(); });
 }
 
-inline const std::vector<std::string> kHelpNames{"help"};
+/// What stands behind an option: "SECONDS"; empty when nothing does.
+inline std::string valueNameOf(const CLI::Option& option) {
+    if (option.get_expected_max() == 0) { return {}; }
+    const std::string name = option.get_type_name();
+    return name.substr(0, name.find(':')); // behind it CLI11 tells what is checked
+}
 
 } // namespace tool

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <condition_variable>
+#include <csignal>
+#include <cstdlib>
 #include <mutex>
 #include <thread>
 
@@ -48,11 +50,12 @@ private:
     std::thread watch_{};
 };
 
-/// A call that says again what an earlier one has said tells nothing new.
+/// A call that says again what an earlier one has said tells nothing new, nor does the list of those of a name, when it is
+/// empty.
 void addNew(Messages& all, const Messages& more, Messages& added) {
     for (const kvapplman::Message& message : more) {
         const auto same = [&](const auto& known) { return known.code == message.code && known.text == message.text; };
-        if (std::ranges::any_of(all, same)) { continue; }
+        if (message.code == KV_APPLMAN_MSG_APPLICATION_NOT_LOADED || std::ranges::any_of(all, same)) { continue; }
         all.push_back(message);
         added.push_back(message);
     }
@@ -100,6 +103,8 @@ ExitCode tellOne(Context& context, const Device& device, const TellOfDevice& tel
 } // namespace
 
 ExitCode tellEachDevice(Context& context, const TellOfDevice& tell) {
+    std::signal(SIGINT,
+                [](int) { std::_Exit(static_cast<int>(ExitCode::interrupted)); }); // there is nothing to clean up
     const Deadline deadline{context};
     const std::vector<Device> devices = devicesOf(context.options, context.configuration);
     std::vector<ExitCode> each;

@@ -10,6 +10,19 @@
 namespace tool {
 namespace {
 
+/// Lines that are not too long.
+std::string filled(std::string text) {
+    constexpr std::size_t kWidth = 72;
+    std::size_t begin = 0;
+    while (text.size() - begin > kWidth) {
+        const std::size_t space = text.rfind(' ', begin + kWidth);
+        if (space == std::string::npos || space <= begin) { break; }
+        text[space] = '\n';
+        begin = space + 1;
+    }
+    return text;
+}
+
 /// As roff takes it: no backslash, and no dot or apostrophe at the start of a line.
 std::string roff(const std::string& text) {
     std::string all;
@@ -45,19 +58,18 @@ std::string namesOf(const CLI::Option& option) {
     for (const std::string& name : option.get_lnames()) {
         all += (all.empty() ? "" : ", ") + bold("--" + name);
     }
-    const std::string value = option.get_expected_max() == 0 ? "" : option.get_type_name();
+    const std::string value = valueNameOf(option);
     return value.empty() ? all : all + " " + italic(value);
 }
 
 std::string paragraphsOf(const CLI::App& app, bool positionals) {
     std::string all;
     for (const CLI::Option* const option : app.get_options()) {
-        if (option->get_positional() != positionals || (!positionals && option->get_lnames() == kHelpNames)) {
-            continue;
-        }
+        const bool isHelp = option == app.get_help_ptr();
+        if (option->get_positional() != positionals || isHelp) { continue; }
         const std::string value = option->get_default_str();
         all += ".TP\n" + (positionals ? italic(option->get_name()) : namesOf(*option)) + "\n" +
-               roff(option->get_description() + (value.empty() ? "" : " (" + value + ")")) + "\n";
+               roff(filled(option->get_description() + (value.empty() ? "" : " (" + value + ")"))) + "\n";
     }
     return all;
 }
@@ -78,8 +90,8 @@ std::string commandsBelow(const CLI::App& app, const std::string& path) {
             all += commandsBelow(*sub, name);
             continue;
         }
-        all += ".SS " + usageOf(*sub, name) + "\n" + roff(sub->get_description()) + "\n";
-        if (!sub->get_footer().empty()) { all += ".PP\n" + roff(sub->get_footer()) + "\n"; }
+        all += ".SS " + usageOf(*sub, name) + "\n" + roff(filled(sub->get_description())) + "\n";
+        if (!sub->get_footer().empty()) { all += ".PP\n" + roff(filled(sub->get_footer())) + "\n"; }
         all += paragraphsOf(*sub, true) + paragraphsOf(*sub, false);
     }
     return all;
@@ -88,7 +100,7 @@ std::string commandsBelow(const CLI::App& app, const std::string& path) {
 std::string exitCodesText() {
     std::string all;
     for (const ExitCodeRow& row : exitCodes()) {
-        all += ".TP\n" + bold(std::to_string(static_cast<int>(row.code))) + "\n" + roff(row.meaning) + "\n";
+        all += ".TP\n" + bold(std::to_string(static_cast<int>(row.code))) + "\n" + roff(filled(row.meaning)) + "\n";
     }
     return all;
 }
@@ -98,10 +110,10 @@ std::string pageOf(const CLI::App& root) {
            ".SH NAME\nkvapplman \\- real\\-time applications on targets, from a shell\n"
            ".SH SYNOPSIS\n.B kvapplman\n.RI [ options ]\n.I command\n.RI [ argument ...]\n"
            ".SH DESCRIPTION\n" +
-           roff(root.get_description()) + "\n.SH OPTIONS OF ALL COMMANDS\n" + paragraphsOf(root, false) +
+           roff(filled(root.get_description())) + "\n.SH OPTIONS OF ALL COMMANDS\n" + paragraphsOf(root, false) +
            ".SH COMMANDS\n" + commandsBelow(root, "") + ".SH EXIT STATUS\n" + exitCodesText() +
            ".SH ENVIRONMENT\n"
-           ".TP\n.B KVAPPLMAN_DEVICE\nthe devices that are meant when no option names one, with spaces or commas "
+           ".TP\n.B KVAPPLMAN_DEVICE\nthe devices that are meant when no option names one,\nwith spaces or commas "
            "between\n"
            ".TP\n.B NO_COLOR\nwhen it is not empty, nothing is coloured\n"
            ".SH FILES\n"

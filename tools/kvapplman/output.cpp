@@ -54,7 +54,7 @@ void Output::print(const std::string& text) {
 void Output::result(const Json& result) {
     const std::lock_guard lock{mutex_};
     if (form_ == Form::json) { results_.push_back(result); }
-    if (form_ != Form::jsonLines) { return; }
+    if (form_ != Form::jsonLines || ended_) { return; }
     Json event = result;
     event["event"] = "result";
     line(std::move(event));
@@ -62,7 +62,7 @@ void Output::result(const Json& result) {
 
 void Output::event(const char* name, Json event) {
     const std::lock_guard lock{mutex_};
-    if (form_ != Form::jsonLines) { return; }
+    if (form_ != Form::jsonLines || ended_) { return; }
     event["event"] = name;
     line(std::move(event));
 }
@@ -79,7 +79,7 @@ void Output::warning(const std::string& where, const kvapplman::Messages& messag
     std::string text;
     for (const kvapplman::Message& message : messages) {
         text += "kvapplman: " + where + ": " + message.text + "\n";
-        if (verbose_) { text += messageLine(message); }
+        if (verbose_) { text += messageLine(message, false); }
     }
     tell(text);
 }
@@ -88,18 +88,26 @@ void Output::failure(const std::string& where, const Failure& failure) {
     const std::lock_guard lock{mutex_};
     std::string heading = "kvapplman: " + (where.empty() ? "" : where + ": ") + failure.text;
     if (colour_) { heading = kBold + heading + kPlain; }
-    std::string text = heading + "\n";
-    const bool onlyGeneric = failure.messages.size() == 1;
+    tell(heading + "\n" + detailsOf(failure));
+}
+
+/// The messages, innermost first, and where to read on.
+std::string Output::detailsOf(const Failure& failure) const {
+    std::string text;
+    std::string readOn;
     for (const kvapplman::Message& message : failure.messages) {
-        const bool generic = message.code == KV_APPLMAN_MSG_REMOTE_CALL_FAILED && !onlyGeneric;
-        if (verbose_ || !generic) { text += messageLine(message); }
+        const bool told = message.text == failure.text;
+        const bool generic = message.code == KV_APPLMAN_MSG_REMOTE_CALL_FAILED && !told;
+        if (generic && !verbose_) { continue; }
+        text += messageLine(message, !told);
+        const bool explained = !messageName(message.code).empty();
+        if (told && explained) { readOn = "  To read on: kvapplman explain " + hexadecimal(message.code) + "\n"; }
     }
-    if (failure.status != 0) {
-        const std::string name = statusName(failure.status);
-        text += "  " + failure.function + " returned " + std::to_string(failure.status) +
-                (name.empty() ? "" : ", " + name) + "\n";
+    if (failure.status != 0 && (verbose_ || failure.messages.empty())) {
+        text += "  " + failure.function + " returned " + std::to_string(failure.status) + " " +
+                statusName(failure.status) + "\n";
     }
-    tell(text);
+    return quiet_ ? text : text + readOn;
 }
 
 void Output::draw(std::vector<std::string> lines) {
@@ -117,10 +125,8 @@ void Output::end(ExitCode exitCode, const std::optional<Failure>& failure) {
     Json document{{"command", command_}, {"exitCode", static_cast<int>(exitCode)}};
     if (failure) { document["error"] = toJson(*failure); }
     if (form_ == Form::jsonLines) {
-        ended_ = false;
         document["event"] = "end";
         line(std::move(document));
-        ended_ = true;
     } else if (form_ == Form::json) {
         document["schema"] = kSchema;
         document["results"] = std::move(results_);
@@ -129,7 +135,6 @@ void Output::end(ExitCode exitCode, const std::optional<Failure>& failure) {
 }
 
 void Output::line(Json object) {
-    if (ended_) { return; }
     object["schema"] = kSchema;
     write(stdout, textOf(object, -1) + "\n");
 }
@@ -141,11 +146,11 @@ void Output::tell(const std::string& text) {
     redraw();
 }
 
-std::string Output::messageLine(const kvapplman::Message& message) const {
+std::string Output::messageLine(const kvapplman::Message& message, bool withText) const {
     const std::string name = messageName(message.code);
     std::string text = "  " + hexadecimal(message.code) + (name.empty() ? "" : " " + name);
     if (verbose_) { text += " (" + message.operation + ", line " + std::to_string(message.line) + ")"; }
-    return text + ": " + message.text + "\n";
+    return text + (withText ? ": " + message.text : "") + "\n";
 }
 
 void Output::erase() {

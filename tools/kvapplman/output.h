@@ -53,7 +53,8 @@ public:
 private:
     void line(Json object);
     void tell(const std::string& text);
-    std::string messageLine(const kvapplman::Message& message) const;
+    std::string detailsOf(const Failure& failure) const;
+    std::string messageLine(const kvapplman::Message& message, bool withText) const;
     void erase();
     void redraw();
 

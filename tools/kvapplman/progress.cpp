@@ -74,6 +74,7 @@ std::string detailText(const ProgressState& state, const Speed& speed) {
 
 bool ProgressPace::isDue(double fraction, Time now) {
     constexpr int kTenths = 10;
+    if (byTenths_ && fraction >= 1.0) { return false; } // the end of the call comes next
     if (byTenths_) { return percentOf(fraction) / kTenths > std::exchange(tenth_, percentOf(fraction) / kTenths); }
     if (last_ && now - *last_ < kInterval) { return false; }
     last_ = now;
