@@ -29,7 +29,8 @@ Action bindHelp(CLI::App& app) {
     const auto words = std::make_shared<std::vector<std::string>>();
     app.add_option("COMMAND", *words, "the command")->type_name("");
     return [words](Context& context) {
-        std::fputs(commandOf(context.root, *words).help().c_str(), stdout);
+        const CLI::App& command = commandOf(context.root, *words);
+        std::fputs(command.help().c_str(), stdout);
         if (!words->empty()) { std::puts("Options of all commands: kvapplman help"); }
         return ExitCode::done;
     };

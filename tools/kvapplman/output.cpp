@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstdint>
 #include <cstdio>
+#include <string_view>
 #include <utility>
 
 #include "system.h"
@@ -22,6 +23,12 @@ std::string textOf(const Json& json, int indent) {
 void write(std::FILE* stream, const std::string& text) {
     std::fwrite(text.data(), 1, text.size(), stream);
     std::fflush(stream);
+}
+
+/// Without the opening of the library's messages that says nothing; the whole text is shown with --verbose, and in JSON.
+std::string withoutOpening(const std::string& text) {
+    constexpr std::string_view kOpening = "Internal error. Kavora Support information: ";
+    return text.starts_with(kOpening) ? text.substr(kOpening.size()) : text;
 }
 
 bool continuesCharacter(char byte) { return (static_cast<unsigned char>(byte) & 0xc0) == 0x80; }
@@ -86,7 +93,8 @@ void Output::warning(const std::string& where, const kvapplman::Messages& messag
 
 void Output::failure(const std::string& where, const Failure& failure) {
     const std::lock_guard lock{mutex_};
-    std::string heading = "kvapplman: " + (where.empty() ? "" : where + ": ") + failure.text;
+    std::string heading = "kvapplman: " + (where.empty() ? "" : where + ": ");
+    heading += verbose_ ? failure.text : withoutOpening(failure.text);
     if (colour_) { heading = kBold + heading + kPlain; }
     tell(heading + "\n" + detailsOf(failure));
 }
@@ -150,7 +158,8 @@ std::string Output::messageLine(const kvapplman::Message& message, bool withText
     const std::string name = messageName(message.code);
     std::string text = "  " + hexadecimal(message.code) + (name.empty() ? "" : " " + name);
     if (verbose_) { text += " (" + message.operation + ", line " + std::to_string(message.line) + ")"; }
-    return text + (withText ? ": " + message.text : "") + "\n";
+    if (withText) { text += ": " + (verbose_ ? message.text : withoutOpening(message.text)); }
+    return text + "\n";
 }
 
 void Output::erase() {

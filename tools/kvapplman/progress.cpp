@@ -13,6 +13,7 @@ using Seconds = std::chrono::duration<double>;
 
 constexpr std::chrono::milliseconds kInterval{50};
 constexpr int kAll = 100;
+constexpr double kTooSoon = 0.5; // seconds, before which nothing is known of the speed
 
 std::string rateText(double bytesPerSecond) {
     std::array<char, 32> text{};
@@ -49,7 +50,7 @@ struct Speed {
 
 Speed speedOf(const ProgressState& state, double elapsed) {
     Speed speed;
-    if (elapsed <= 0.0) { return speed; }
+    if (elapsed < kTooSoon) { return speed; }
     if (state.bytes && *state.bytes > 0) {
         speed.bytesPerSecond = static_cast<double>(*state.bytes) / elapsed;
         if (state.totalBytes) {
