@@ -49,7 +49,8 @@ TEST(Ends, AFailureIsTheSameAfterItsWayThroughJson) {
                                  reported({kProgramEnded, kNotAllowed})};
     const tool::Failure before = tool::failureOf(error);
     const tool::Failure after = tool::failureFrom(tool::Json::parse(tool::toJson(before).dump()));
-    EXPECT_EQ(before.text, "text of " + std::to_string(kNotAllowed)); // that a program has ended says nothing about the call
+    EXPECT_EQ(before.text,
+              "text of " + std::to_string(kNotAllowed)); // that a program has ended says nothing about the call
     EXPECT_EQ(after.exitCode, refused);
     EXPECT_EQ(after.text, before.text);
     EXPECT_EQ(after.function, "KvApplMan_startAppl");
