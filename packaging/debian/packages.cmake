@@ -46,10 +46,13 @@ that use the application manager access point."
   DEPENDS library)
 
 kv_debian_package(tools kvapplman-tools devel
-  "application manager access point, simulated target"
-  "The program kvtarget, a simulated real-time target to develop host
-programs against without hardware."
+  "application manager access point, host tool and simulated target"
+  "The program kvapplman, which brings applications onto real-time targets
+and controls them from a shell, and the program kvtarget, a simulated
+real-time target to develop host programs against without hardware."
   DEPENDS library)
+install(CODE "execute_process(COMMAND gzip -9nf kvapplman.1 COMMAND_ERROR_IS_FATAL ANY
+  WORKING_DIRECTORY \"\$ENV{DESTDIR}\${CMAKE_INSTALL_PREFIX}/${CMAKE_INSTALL_MANDIR}/man1\")" COMPONENT tools)
 
 kv_debian_package(python python3-kvapplman python
   "application manager access point, for Python"
