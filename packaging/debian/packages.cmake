@@ -46,11 +46,14 @@ that use the application manager access point."
   DEPENDS library)
 
 kv_debian_package(tools kvapplman-tools devel
-  "application manager access point, simulated target"
-  "The program kvtarget, a simulated real-time target to develop host
-programs against without hardware, and a Lua script with which Wireshark
-names what travels."
+  "application manager access point, host tool and simulated target"
+  "The program kvapplman, which brings applications onto real-time targets
+and controls them from a shell; the program kvtarget, a simulated
+real-time target to develop host programs against without hardware; and a
+Lua script with which Wireshark names what travels."
   DEPENDS library)
+install(CODE "execute_process(COMMAND gzip -9nf kvapplman.1 COMMAND_ERROR_IS_FATAL ANY
+  WORKING_DIRECTORY \"\$ENV{DESTDIR}\${CMAKE_INSTALL_PREFIX}/${CMAKE_INSTALL_MANDIR}/man1\")" COMPONENT tools)
 
 if(TARGET documentation)
   kv_debian_package(documentation libkvapplicationmanagerap-doc doc

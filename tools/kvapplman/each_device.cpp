@@ -52,25 +52,24 @@ private:
 
 /// A call that says again what an earlier one has said tells nothing new, nor does the list of those of a name, when it is
 /// empty.
-void addNew(Messages& all, const Messages& more, Messages& added) {
+void addNew(Messages& all, const Messages& more) {
     for (const kvapplman::Message& message : more) {
         const auto same = [&](const auto& known) { return known.code == message.code && known.text == message.text; };
         if (message.code == KV_APPLMAN_MSG_APPLICATION_NOT_LOADED || std::ranges::any_of(all, same)) { continue; }
         all.push_back(message);
-        added.push_back(message);
     }
 }
 
 Told askTarget(Context& context, const Device& device, const AskTarget& ask) {
     Messages warnings;
     kvapplman::Target target{device.address, device.serialNumber};
-    target.onMessages([&](const char*, const Messages& messages) {
-        Messages added;
-        addNew(warnings, messages, added);
-        if (!added.empty()) { context.output.warning(device.name, added); }
-    });
+    target.onMessages([&](const char*, const Messages& messages) { addNew(warnings, messages); });
     checkBoot(target, context.options);
     Told told = ask(target);
+    if (told.emptyList != nullptr && !warnings.empty()) {
+        throw kvapplman::Error(told.emptyList, KV_APPLMAN_STATUS_REMOTE_CALL, warnings);
+    }
+    if (!warnings.empty()) { context.output.warning(device.name, warnings); }
     told.fields["messages"] = toJson(warnings);
     return told;
 }

@@ -13,6 +13,8 @@ namespace tool {
 struct Told {
     Json fields = Json::object();
     std::string text{}; ///< whole lines; may be empty
+    const char* emptyList =
+        nullptr; ///< the function that gave an empty list when it may have failed: it reported why then
 };
 
 using TellOfDevice = std::function<Told(const Device& device)>;

@@ -54,7 +54,10 @@ Told listFlash(const Target& target) {
         list.push_back({{"id", id}, {"name", name}, {"information", information}});
         table.push_back({std::to_string(id), name, information});
     }
-    return {{{"applications", list}}, list.empty() ? "no application in flash memory\n" : tableOf(table)};
+    if (list.empty()) {
+        return {{{"applications", list}}, "no application in flash memory\n", "KvApplMan_getFlashApplications"};
+    }
+    return {{{"applications", list}}, tableOf(table)};
 }
 
 } // namespace

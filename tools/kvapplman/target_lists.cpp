@@ -90,7 +90,9 @@ Action bindCores(CLI::App& app) {
     return [free](Context& context) {
         return askEachDevice(context, [&](const Target& target) {
             const auto cores = target.cores(*free ? kvapplman::Cores::free : kvapplman::Cores::all);
-            return Told{{{"cores", cores}}, cores.empty() ? "no core\n" : textOf(kvapplman::Value{cores}) + "\n"};
+            return Told{{{"cores", cores}},
+                        cores.empty() ? "no core\n" : textOf(kvapplman::Value{cores}) + "\n",
+                        cores.empty() ? "KvApplMan_getAvailableCoreIDs" : nullptr};
         });
     };
 }
