@@ -24,6 +24,6 @@ struct Remains {
 
 /// Unloads it all and tells about it. Tries again what fails, but not for ever: nobody waits longer than 15 seconds.
 /// Result: what is left, or may be.
-std::vector<Remains> cleanUp(Output& output, std::vector<Remains> remains);
+std::vector<Remains> cleanUp(Output& output, std::vector<Remains> all);
 
 } // namespace tool

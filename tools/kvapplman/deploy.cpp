@@ -29,7 +29,7 @@ struct Wishes {
 
 /// Applications of files that cannot be there are not even registered.
 std::filesystem::path existing(const std::string& file) {
-    const std::filesystem::path path = pathOf(file);
+    std::filesystem::path path = pathOf(file);
     std::error_code failure;
     if (!std::filesystem::is_regular_file(path, failure)) {
         throw Failed(ExitCode::hostFile, "There is no file \"" + file + "\".");
@@ -72,6 +72,7 @@ std::vector<Deployment> groupsOf(const Wishes& wishes, const Context& context) {
             "These are several devices: --each brings the same onto each of them, --group makes one group over them.");
     }
     std::vector<Deployment> groups;
+    groups.reserve(devices.size());
     for (const Device& device : devices) {
         groups.push_back(groupOf({device}, wishes.files));
     }

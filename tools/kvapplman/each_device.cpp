@@ -107,6 +107,7 @@ ExitCode tellEachDevice(Context& context, const TellOfDevice& tell) {
     const Deadline deadline{context};
     const std::vector<Device> devices = devicesOf(context.options, context.configuration);
     std::vector<ExitCode> each;
+    each.reserve(devices.size());
     for (const Device& device : devices) {
         each.push_back(tellOne(context, device, tell, devices.size() > 1));
     }

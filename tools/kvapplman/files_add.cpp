@@ -135,6 +135,7 @@ ExitCode addFiles(Context& context, const FileAdding& wishes) {
     }
     takeBack(context.output, progress, unfinished);
     std::vector<ExitCode> exitCodes;
+    exitCodes.reserve(all.size());
     for (const Adding& adding : all) {
         exitCodes.push_back(tell(context.output, adding));
     }

@@ -27,6 +27,7 @@ ReadItem readItem(const Application& application, const kvapplman::ItemRow& row)
 template <class Application>
 std::vector<ReadItem> readItems(const Application& application, const std::vector<std::string>& names) {
     std::vector<ReadItem> items;
+    items.reserve(names.size());
     for (const std::string& name : names) {
         items.push_back(readItem(application, itemFrom(name)));
     }
