@@ -52,16 +52,16 @@ Told summary(std::uint32_t calls, const std::vector<double>& times) {
 
 Told ping(Output& output, const Device& device, std::uint32_t calls) {
     std::vector<double> times;
-    std::optional<Failed> failed;
+    std::optional<Failure> failure;
     for (std::uint32_t i = 0; i < calls; ++i) {
         try {
             times.push_back(answerTime(device));
         } catch (const kvapplman::Error& error) {
-            failed.emplace(failureOf(error));
-            output.note(device.name + ": " + failed->what());
+            failure = failureOf(error);
+            output.note(device.name + ": " + failure->text);
         }
     }
-    if (times.empty() && failed) { throw *failed; }
+    if (times.empty() && failure) { throw Failed(*failure); }
     return summary(calls, times);
 }
 

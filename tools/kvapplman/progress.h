@@ -41,11 +41,11 @@ public:
     explicit Progress(Output& output) : output_(output) {}
 
     /// Tells how far the task of this name is: usually a device and what happens to it.
-    void show(const std::string& task, const ProgressState& state);
+    void show(const std::string& name, const ProgressState& state);
     /// The call of the task has returned 0.
-    void finish(const std::string& task);
+    void finish(const std::string& name);
     /// It has failed, or ends unfinished.
-    void drop(const std::string& task);
+    void drop(const std::string& name);
 
 private:
     using Time = ProgressPace::Time;

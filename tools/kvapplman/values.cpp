@@ -108,6 +108,7 @@ template <class Element>
 struct Words<std::vector<Element>> {
     static Value from(const std::vector<std::string>& words) {
         std::vector<Element> elements;
+        elements.reserve(words.size());
         for (const std::string& word : words) {
             elements.push_back(Word<Element>::from(word));
         }

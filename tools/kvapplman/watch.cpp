@@ -229,6 +229,7 @@ private:
 ExitCode watch(const Wishes& wishes, const Context& context) {
     const std::vector<Device> devices = devicesOf(context.options, context.configuration);
     std::vector<Job> jobs;
+    jobs.reserve(devices.size());
     for (const Device& device : devices) {
         jobs.push_back(watchJob(device, wishes));
     }
