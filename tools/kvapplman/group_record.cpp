@@ -52,18 +52,9 @@ std::optional<kvapplman::Time> GroupRecord::startTime(const Device& target) cons
     return kvapplman::Time{std::chrono::seconds{found->second.startTime.get<std::int64_t>()}};
 }
 
-/// Whether a target may have registered a process without anybody hearing of its ID: the call was cut off, or its answer
-/// was lost.
-bool GroupRecord::registrationIsOpen() const {
-    const bool begun =
-        std::ranges::any_of(processes_, [](const Process& each) { return each.registering && each.id == 0; });
-    const auto isLost = [](const kvapplman::Message& message) {
-        constexpr std::uint32_t kLosses[] = {KV_APPLMAN_MSG_REMOTE_CALL_FAILED, KV_PLATFORM_MSG_RPC_CALL_TIMED_OUT,
-                                             KV_PLATFORM_MSG_RPC_CONNECTION_LOST, KV_PLATFORM_MSG_RPC_REPLY_MALFORMED};
-        return std::ranges::count(kLosses, message.code) > 0;
-    };
-    return begun && (!failure_ || failure_->messages.empty() || std::ranges::any_of(failure_->messages, isLost));
-}
+/// Whether a target may have registered a process without anybody hearing of its ID: the call was cut off, or has failed and
+/// the target has not refused it.
+bool GroupRecord::registrationIsOpen() const { return !failure_ || failure_->exitCode != ExitCode::refused; }
 
 std::vector<Remains> GroupRecord::remains() const {
     std::vector<Remains> all;
