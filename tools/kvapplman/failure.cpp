@@ -80,7 +80,7 @@ struct StatusEnd {
 constexpr StatusEnd kStatusEnds[] = {
     {KV_APPLMAN_STATUS_IDENTIFIER, usage},
     {KV_APPLMAN_STATUS_CHANNEL, unreachable},
-    {KV_APPLMAN_STATUS_REMOTE_CALL, unreachable},
+    {KV_APPLMAN_STATUS_REMOTE_CALL, refused}, // any other reason has a message of its own
     {KV_APPLMAN_STATUS_BINARY_NOT_FOUND, hostFile},
     {KV_APPLMAN_STATUS_FILE_SOURCE, hostFile},
     {KV_APPLMAN_STATUS_TYPE, garbage},

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cmath>
 #include <cstddef>
 #include <cstdio>
 #include <utility>
@@ -27,7 +28,7 @@ std::string rateText(double bytesPerSecond) {
 
 std::string timeText(double seconds) {
     constexpr long kMinute = 60;
-    const long whole = static_cast<long>(seconds + 0.5);
+    const long whole = std::lround(seconds);
     if (whole < kMinute) { return std::to_string(whole) + " s"; }
     return std::to_string(whole / kMinute) + " min " + std::to_string(whole % kMinute) + " s";
 }
