@@ -13,6 +13,7 @@ class Scale:
     connections: int
     outcomes: int
     foreign_outcomes: int  # with libtirpc, all of them answered: after a call that was not, every later one times out
+    timeout: float         # of calls that are not answered
     codec_seconds: float
     file_mib: int
     files: int
@@ -22,10 +23,11 @@ class Scale:
 
 
 FULL = Scale(rounds=9, slow_rounds=5, calls=20_000, warm=500, seconds=0.3, connections=300, outcomes=1_000_000,
-             foreign_outcomes=100_000, codec_seconds=0.45, file_mib=256, files=2_000, devices=1_000,
+             foreign_outcomes=100_000, timeout=0.25, codec_seconds=0.45, file_mib=256, files=2_000, devices=1_000,
              slots=(1, 8, 32, 128), loads=500)
 QUICK = Scale(rounds=1, slow_rounds=1, calls=500, warm=50, seconds=0.05, connections=20, outcomes=100_000,
-              foreign_outcomes=10_000, codec_seconds=0.05, file_mib=8, files=50, devices=100, slots=(1, 8), loads=20)
+              foreign_outcomes=10_000, timeout=1, codec_seconds=0.05, file_mib=8, files=50, devices=100, slots=(1, 8),
+              loads=20)
 
 
 @dataclass(frozen=True)
@@ -114,8 +116,10 @@ def rows(scale):
             contestants("threads", "project", "plain", "tirpc", "grpc"),
             placed(("same", "diff", "free"), threads=8, **seconds), (rate, cpu), scale.rounds, plain="multiplexer"),
         Row(4, "8 threads on one client, half of the calls are refused, some are never answered", "calls",
-            (Contestant("project", "bench_project", "outcomes", (f"calls={scale.outcomes}", "unanswered=1")),
-             Contestant("tirpc", "bench_tirpc", "outcomes", (f"calls={scale.foreign_outcomes}", "unanswered=0"))),
+            (Contestant("project", "bench_project", "outcomes",
+                        (f"calls={scale.outcomes}", "unanswered=1", f"timeout={scale.timeout}")),
+             Contestant("tirpc", "bench_tirpc", "outcomes",
+                        (f"calls={scale.foreign_outcomes}", "unanswered=0", "timeout=25"))),
             placed(("free",), threads=8),
             (Measure("wrong", "calls with a wrong outcome", "", False, of="calls", limit=0),
              Measure("late", "calls with an outcome that came too late", "", False, of="calls",

@@ -90,18 +90,18 @@ void measureConnecting(const Arguments& arguments) {
 }
 
 /// What becomes of calls of several threads on one client when half of them are refused and some are never answered:
-/// address, threads, calls, unanswered (0 leaves the last out). A call that would have been answered and took too long on a
-/// busy machine is late, not wrong.
+/// address, threads, calls, unanswered (0 leaves the last out), timeout (seconds). A call that would have been answered
+/// and took too long on a busy machine is late, not wrong.
 template <class Client>
 void measureOutcomes(const Arguments& arguments) {
-    constexpr std::chrono::milliseconds kTimeout{100};
+    const auto timeout = std::chrono::duration_cast<std::chrono::microseconds>(Seconds{arguments.real("timeout")});
     const std::size_t calls = arguments.count("calls");
     const bool unanswered = arguments.count("unanswered") != 0;
     Client client{arguments.text("address")};
     std::uint32_t unused = 0;
     expect(typename Client::Caller{client}.read(answeredApplication(0), unused) == Outcome::value,
            "the first call works");
-    client.setTimeout(kTimeout);
+    client.setTimeout(timeout);
     std::atomic<std::uint32_t> next{1};
     std::atomic<std::uint64_t> wrong{0};
     std::atomic<std::uint64_t> late{0};

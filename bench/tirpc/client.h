@@ -24,7 +24,7 @@ public:
     }
 
     void setTimeout(std::chrono::microseconds timeout) {
-        timeval time{0, static_cast<suseconds_t>(timeout.count())};
+        timeval time{timeout.count() / 1'000'000, timeout.count() % 1'000'000};
         clnt_control(client_.get(), CLSET_TIMEOUT, reinterpret_cast<char*>(&time));
     }
 
